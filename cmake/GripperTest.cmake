@@ -1,0 +1,22 @@
+# gripper_add_test(NAME LABEL <unit|integration> SOURCES ... [LIBS ...])
+# One GoogleTest executable per call, registered with CTest under its label.
+function(gripper_add_test name)
+    cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LIBS" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 300)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE ${ARG_LIBS} GTest::gtest GTest::gtest_main Threads::Threads)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES LABELS "${ARG_LABEL}" TIMEOUT ${ARG_TIMEOUT})
+endfunction()
+
+# Adds every folder below DIR that holds a CMakeLists.txt (leaf folders only own one).
+function(gripper_add_leaf_directories dir)
+    file(GLOB_RECURSE lists RELATIVE ${dir} CONFIGURE_DEPENDS ${dir}/*/CMakeLists.txt)
+    list(SORT lists)
+    foreach(list_file ${lists})
+        get_filename_component(sub ${list_file} DIRECTORY)
+        add_subdirectory(${dir}/${sub})
+    endforeach()
+endfunction()

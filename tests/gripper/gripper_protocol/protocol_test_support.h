@@ -1,0 +1,60 @@
+#ifndef TESTS_GRIPPER_PROTOCOL_PROTOCOL_TEST_SUPPORT_H
+#define TESTS_GRIPPER_PROTOCOL_PROTOCOL_TEST_SUPPORT_H
+
+#include <cstdint>
+#include <cstdio>
+#include <ostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "gripper/gripper_protocol/gripper_protocol/gripper_protocol.h"
+
+// Bytes from text such as "01 03 02 02 00 01 24 72".
+inline std::vector<uint8_t> frame(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<uint8_t> bytes;
+    unsigned int byte = 0;
+    while (stream >> std::hex >> byte) {
+        bytes.push_back(static_cast<uint8_t>(byte));
+    }
+    return bytes;
+}
+
+// "01 03 02" for messages; the inverse of frame().
+inline std::string hex_text(const std::vector<uint8_t>& bytes) {
+    std::string text;
+    char digits[4];
+    for (size_t i = 0; i < bytes.size(); ++i) {
+        snprintf(digits, sizeof(digits), i ? " %02X" : "%02X", bytes[i]);
+        text += digits;
+    }
+    return text;
+}
+
+inline bool operator==(const AbstractPackageData& a, const AbstractPackageData& b) {
+    return a.package_type_ == b.package_type_ && a.id_ == b.id_ && a.version_ == b.version_ &&
+           a.model_series_ == b.model_series_ && a.feedback_ == b.feedback_ &&
+           a.initialize_value_ == b.initialize_value_ && a.force_value_ == b.force_value_ &&
+           a.position_value_ == b.position_value_ && a.speed_value_ == b.speed_value_ &&
+           a.spare_value_ == b.spare_value_;
+}
+
+// Lets GoogleTest print a record when an expectation on it fails.
+inline void PrintTo(const AbstractPackageData& data, std::ostream* out) {
+    *out << "{type " << data.package_type_ << ", id " << static_cast<int>(data.id_) << ", version ["
+         << hex_text(data.version_) << "], model " << data.model_series_ << ", feedback "
+         << data.feedback_ << ", initialize " << data.initialize_value_ << ", force "
+         << data.force_value_ << ", position " << data.position_value_ << ", speed "
+         << data.speed_value_ << ", spare " << data.spare_value_ << "}";
+}
+
+// A record as a successful decode starts it: the type and id set, everything else initial.
+inline AbstractPackageData record(GripperProtocol::PackageType type, uint8_t id) {
+    AbstractPackageData data;
+    data.package_type_ = type;
+    data.id_ = id;
+    return data;
+}
+
+#endif
