@@ -1,0 +1,114 @@
+#ifndef GRIPPER_LOGIC_CONTROL_H
+#define GRIPPER_LOGIC_CONTROL_H
+
+#include <atomic>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "gripper/gripper_communication_control/gripper_communication/gripper_communication.h"
+#include "gripper/gripper_protocol/gripper_protocol/gripper_protocol.h"
+
+class GripperLogicControlPrivate;
+
+// The driver of one two-finger gripper, and at the same time its byte link: the concrete link
+// classes derive from it. It performs the handshake, keeps the gripper's last known state,
+// offers the activate, position, force and speed commands, runs the background update thread
+// and tells its observers about every change.
+class GripperLogicControl : public GripperCommunication {
+public:
+    enum GripperStatus : int32_t {
+        GS_UNDEFINE = 0,
+        GS_INACTIVATE = 1,
+        GS_ACTIVATING = 2,
+        GS_ACTIVATED = 3,
+        GS_MOVING = 4,
+        GS_TURNING = 5,
+        GS_ARRIVED = 6,
+        GS_DETECTED = 7,
+        GS_DROPPED = 8,
+    };
+
+    static const uint8_t INVALID_ID = 255;
+
+    // Observers are called on the thread that made the change, with the driver's lock held.
+    class NotifyInterface {
+    public:
+        virtual ~NotifyInterface() = 0;
+        virtual void on_communication_status_changed(GripperLogicControl* control,
+                                                     CommunicationStatus status) = 0;
+        virtual void on_gripper_move_status_changed(GripperLogicControl* control,
+                                                    GripperStatus status) = 0;
+        virtual void on_gripper_turn_status_changed(GripperLogicControl* control,
+                                                    GripperStatus status) = 0;
+        virtual void on_position_changed(GripperLogicControl* control, float position) = 0;
+        virtual void on_force_changed(GripperLogicControl* control, int force) = 0;
+        virtual void on_speed_changed(GripperLogicControl* control, int speed) = 0;
+        virtual void on_angle_changed(GripperLogicControl* control, int angle) = 0;
+    };
+
+    GripperLogicControl();
+    ~GripperLogicControl() override = 0;
+
+    bool handshake();
+    bool sync();
+    bool set_activate();
+    bool set_position(float position);
+    bool set_position_min();
+    bool set_position_max();
+    bool set_force(int force);
+    bool set_force_min();
+    bool set_force_max();
+    bool set_speed(int speed);
+    bool set_speed_min();
+    bool set_speed_max();
+
+    float get_position() const;
+    int get_force();
+    int get_speed();
+    GripperStatus get_gripper_status() const;
+    CommunicationStatus get_communication_status() const;
+    int32_t get_model_series() const;
+    std::vector<uint8_t> get_version() const;
+
+    float get_position_min() const;
+    float get_position_max() const;
+    float position_step() const;
+    int get_force_min();
+    int get_force_max();
+    int get_speed_min();
+    int get_speed_max();
+    bool support_unify_force() const;
+    bool support_speed() const;
+    bool support_angle() const;
+
+    void add_notify_interface(NotifyInterface* notify);
+    void remove_notify_interface(NotifyInterface* notify);
+    void set_gripper_communication(GripperCommunication* communication);
+
+    void start_loop_update();
+    void stop_loop_update();
+    bool occur_exception();
+    void set_communication_status(CommunicationStatus status);
+    void set_gripper_status(GripperStatus status);
+    bool buffer_drop();
+    bool wait_for_length_available(int length, int millis);
+
+    static std::string gripper_status_to_string(GripperStatus status);
+    static GripperStatus string_to_gripper_status(const std::string& text);
+
+protected:
+    GripperProtocol* gripper_protocol_;
+    // Read by the links' write_read: while set, an exchange gives up after its fourth pass.
+    std::atomic<bool> retry_cap_;
+    int32_t drop_count_;
+    // Cleared by the links' write_read the first time an exchange exhausts its waits, so that
+    // only the first exhaustion reports CS_READ_EXCEPTION.
+    std::atomic<bool> first_exhaustion_;
+
+private:
+    friend class GripperLogicControlPrivate;
+    std::unique_ptr<GripperLogicControlPrivate> private_;
+};
+
+#endif

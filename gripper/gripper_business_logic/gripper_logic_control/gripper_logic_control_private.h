@@ -1,0 +1,107 @@
+#ifndef GRIPPER_LOGIC_CONTROL_PRIVATE_H
+#define GRIPPER_LOGIC_CONTROL_PRIVATE_H
+
+#include <pthread.h>
+#include <semaphore.h>
+
+#include <atomic>
+#include <mutex>
+#include <vector>
+
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
+
+// State of a driver and the steps its public operations are made of. Every operation here runs
+// with mutex_ held, except the pacing of the update thread.
+class GripperLogicControlPrivate {
+public:
+    explicit GripperLogicControlPrivate(GripperLogicControl* parent);
+    ~GripperLogicControlPrivate();
+
+    // Handshake and read-back steps.
+    bool sync_id();
+    bool sync_version();
+    bool sync_model();
+    bool sync_initialize();
+    bool sync_position();
+    bool sync_force();
+    bool sync_closing_force();
+    bool sync_speed();
+    bool limit_maximum_current();
+
+    // Store a value read from the gripper and tell the observers when it changed.
+    void set_gripper_position(int int_value);
+    void set_gripper_force(int force);
+    void set_gripper_speed(int speed);
+    void set_gripper_angle(int angle);
+
+    int get_int_position_min() const;
+    int get_int_position_max() const;
+    bool support_unify_force() const;
+    bool support_speed() const;
+    bool support_angle() const;
+    bool uses_custom_protocol() const;
+    bool accepts_motion_command() const;
+
+    // Exchanges with the gripper.
+    std::vector<uint8_t> exchange(bool set, const std::vector<uint8_t>& request);
+    bool read_back(const std::vector<uint8_t>& request, GripperProtocol::PackageType type,
+                   AbstractPackageData& data);
+    bool command(const std::vector<uint8_t>& request);
+
+    // Update thread.
+    static void* thread_entry(void* private_part);
+    bool check_update();
+    void update();
+    bool sync_move_feedback();
+    void unactivate_feedback();
+    bool stop_current_dropped_feedback();
+
+    template <typename Call>
+    void notify(Call call);
+
+    GripperLogicControl* parent_;
+    int32_t last_update_time_;
+    int32_t update_interval_;
+    mutable std::recursive_timed_mutex mutex_;
+    std::vector<GripperLogicControl::NotifyInterface*> notify_interfaces_;
+    pthread_t thread_;
+    bool thread_start_;
+    std::atomic<bool> thread_loop_;
+    sem_t semaphore_;
+    GripperCommunication* communication_;
+    std::atomic<bool> move_pending_;
+    std::atomic<bool> arrived_seen_;
+    int32_t initialize_;
+    std::atomic<GripperCommunication::CommunicationStatus> communication_status_;
+    std::atomic<GripperLogicControl::GripperStatus> gripper_status_;
+    uint8_t id_;
+    std::vector<uint8_t> version_;
+    float position_;
+    int32_t force_;
+    int32_t speed_;
+    int32_t angle_;
+    int32_t maximum_current_;
+    std::atomic<int32_t> model_series_;
+
+private:
+    bool choose_protocol();
+    bool run_cycle_for(GripperLogicControl::GripperStatus status);
+    bool follow_move();
+    bool follow_drop();
+    bool sync_position_in_cycle();
+    bool lock_for_cycle(std::unique_lock<std::recursive_timed_mutex>& lock);
+    void pause_loop(int32_t millis);
+
+    friend class GripperLogicControl;
+};
+
+template <typename Call>
+void GripperLogicControlPrivate::notify(Call call) {
+    std::lock_guard<std::recursive_timed_mutex> lock(mutex_);
+    const std::vector<GripperLogicControl::NotifyInterface*> observers = notify_interfaces_;
+    for (GripperLogicControl::NotifyInterface* observer : observers) {
+        call(observer);
+    }
+}
+
+#endif

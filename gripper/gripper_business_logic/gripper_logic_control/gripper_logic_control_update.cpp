@@ -1,0 +1,409 @@
+// The update thread and the operations around it: start and stop, pacing, update cycles,
+// motion feedback, status setters and the waits the links use inside an exchange.
+#include <errno.h>
+#include <sched.h>
+#include <time.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control_private.h"
+#include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
+#include "gripper/gripper_common/simple_logger/simple_logger.h"
+#include "gripper/gripper_protocol/gripper_custom_protocol/gripper_custom_protocol.h"
+
+namespace {
+
+typedef std::lock_guard<std::recursive_timed_mutex> DriverLock;
+
+const int32_t FAST_PERIOD = 100;
+const int32_t SLOW_PERIOD = 1000;
+const int32_t EXCEPTION_REPORT_INTERVAL = 3000;
+// Longest pause of the loop between two looks at its clock and its stop flag.
+const int32_t LONGEST_PAUSE = 20;
+// A waiting exchange first yields the processor, then naps briefly, so that a silent gripper
+// does not keep a core busy for the whole wait.
+const int32_t YIELD_ONLY_MILLIS = 2;
+const long NAP_NANOS = 100000;
+
+// Milliseconds from since to now on the wrapping 32-bit clock.
+int32_t elapsed_millis(int32_t now, int32_t since) {
+    return static_cast<int32_t>(static_cast<uint32_t>(now) - static_cast<uint32_t>(since));
+}
+
+int32_t now_millis() {
+    return MiscellaneousUtility::current_time_millis();
+}
+
+void nap(long nanos) {
+    struct timespec duration = {0, nanos};
+    nanosleep(&duration, nullptr);
+}
+
+bool wait_semaphore(sem_t* semaphore) {
+    int result = 0;
+    do {
+        result = sem_wait(semaphore);
+    } while (0 != result && EINTR == errno);
+    return 0 == result;
+}
+
+}  // namespace
+
+void GripperLogicControl::start_loop_update() {
+    DriverLock lock(private_->mutex_);
+    if (private_->thread_start_) {
+        GRIPPER_LOG("W", "private_->thread_start_");
+        return;
+    }
+    if (0 != pthread_create(&private_->thread_, NULL, GripperLogicControlPrivate::thread_entry,
+                            private_.get())) {
+        GRIPPER_LOG("E",
+                    "0 != pthread_create(&private_->thread_, NULL, "
+                    "GripperLogicControlPrivate::thread_entry, private_.get())");
+        return;
+    }
+    if (0 != pthread_detach(private_->thread_)) {
+        GRIPPER_LOG("E", "0 != pthread_detach(private_->thread_)");
+        return;
+    }
+    if (!wait_semaphore(&private_->semaphore_)) {
+        GRIPPER_LOG("E", "0 != sem_wait(&(private_->semaphore_))");
+        return;
+    }
+    private_->thread_start_ = true;
+}
+
+// The update thread never blocks on the lock while the loop is being stopped (it gives up a
+// cycle it has not begun), so a stop can wait for the thread's end with the lock held and the
+// loop has ended before the caller goes on to close the link.
+void GripperLogicControl::stop_loop_update() {
+    DriverLock lock(private_->mutex_);
+    if (!private_->thread_start_) {
+        GRIPPER_LOG("W", "private_->thread_start_");
+        return;
+    }
+    private_->thread_loop_ = false;
+    if (pthread_equal(pthread_self(), private_->thread_)) {
+        // Stopped from inside a cycle: the loop ends after it, there is nothing to wait for here.
+        GRIPPER_LOG("W", "pthread_equal(pthread_self(), private_->thread_)");
+        return;
+    }
+    if (!wait_semaphore(&private_->semaphore_)) {
+        GRIPPER_LOG("E", "0 != sem_wait(&(private_->semaphore_))");
+        return;
+    }
+    private_->thread_start_ = false;
+}
+
+bool GripperLogicControl::occur_exception() {
+    switch (private_->communication_status_.load()) {
+        case CS_WRITE_EXCEPTION:
+        case CS_ALIVE_EXCEPTION:
+        case CS_VERSION_EXCEPTION:
+        case CS_DEVICE_EXCEPTION:
+            return true;
+        default:
+            return false;
+    }
+}
+
+void GripperLogicControl::set_communication_status(CommunicationStatus status) {
+    if (status == private_->communication_status_.exchange(status)) {
+        return;
+    }
+    GRIPPER_LOG("D", "private_->communication_status_ = %s",
+                communication_status_to_string(status).c_str());
+    private_->notify([this, status](NotifyInterface* observer) {
+        observer->on_communication_status_changed(this, status);
+    });
+}
+
+void GripperLogicControl::set_gripper_status(GripperStatus status) {
+    if (status == private_->gripper_status_.exchange(status)) {
+        return;
+    }
+    GRIPPER_LOG("D", "private_->gripper_status_ = %s", gripper_status_to_string(status).c_str());
+    private_->notify([this, status](NotifyInterface* observer) {
+        observer->on_gripper_move_status_changed(this, status);
+    });
+}
+
+bool GripperLogicControl::buffer_drop() {
+    DriverLock lock(private_->mutex_);
+    ++drop_count_;
+    const int length = private_->communication_->available();
+    if (length <= 0) {
+        return true;
+    }
+    const std::vector<uint8_t> drop_byte = private_->communication_->read(length);
+    if (drop_byte.empty()) {
+        GRIPPER_LOG("W", "0 == drop_byte.size()");
+        return false;
+    }
+    GRIPPER_LOG("W", "drop_byte = %s", MiscellaneousUtility::convert_hex_binary(drop_byte).c_str());
+    return true;
+}
+
+bool GripperLogicControl::wait_for_length_available(int length, int millis) {
+    const int32_t start_time = now_millis();
+    DriverLock lock(private_->mutex_);
+    for (;;) {
+        const int available_length = private_->communication_->available();
+        if (-1 == available_length) {
+            GRIPPER_LOG("W", "-1 == available_length");
+            return false;
+        }
+        if (available_length >= length) {
+            return true;
+        }
+        const int32_t current_time = now_millis();
+        if (elapsed_millis(current_time, start_time) < YIELD_ONLY_MILLIS) {
+            sched_yield();
+        } else {
+            nap(NAP_NANOS);
+        }
+        if (elapsed_millis(now_millis(), start_time) > millis) {
+            GRIPPER_LOG("W", "(current_time - start_time) > millis");
+            GRIPPER_LOG("W", "current_time = %d", static_cast<int>(current_time));
+            GRIPPER_LOG("W", "start_time = %d", static_cast<int>(start_time));
+            GRIPPER_LOG("W", "millis = %d", millis);
+            return false;
+        }
+    }
+}
+
+void* GripperLogicControlPrivate::thread_entry(void* private_part) {
+    GripperLogicControlPrivate* self = static_cast<GripperLogicControlPrivate*>(private_part);
+    sem_post(&self->semaphore_);
+    while (self->thread_loop_) {
+        if (self->check_update()) {
+            self->update();
+            sched_yield();
+        }
+    }
+    // Nothing of the driver may be touched after this post: the stopping thread goes on.
+    sem_post(&self->semaphore_);
+    return nullptr;
+}
+
+bool GripperLogicControlPrivate::check_update() {
+    const int32_t now = now_millis();
+    const int32_t elapsed = elapsed_millis(now, last_update_time_);
+    if (parent_->occur_exception()) {
+        // No cycle while the link is broken; say so every few seconds.
+        if (elapsed > EXCEPTION_REPORT_INTERVAL) {
+            GRIPPER_LOG("E", "parent_->occur_exception()");
+            last_update_time_ = now;
+        }
+        pause_loop(LONGEST_PAUSE);
+        return false;
+    }
+    update_interval_ = (move_pending_ && arrived_seen_) ? FAST_PERIOD : SLOW_PERIOD;
+    if (elapsed > update_interval_) {
+        last_update_time_ = now;
+        return true;
+    }
+    pause_loop(update_interval_ - elapsed + 1);
+    return false;
+}
+
+void GripperLogicControlPrivate::pause_loop(int32_t millis) {
+    nap(std::min(millis, LONGEST_PAUSE) * 1000000L);
+}
+
+void GripperLogicControlPrivate::update() {
+    std::unique_lock<std::recursive_timed_mutex> lock(mutex_, std::defer_lock);
+    if (!lock_for_cycle(lock)) {
+        return;
+    }
+    const GripperLogicControl::GripperStatus status = gripper_status_;
+    if (!run_cycle_for(status)) {
+        return;
+    }
+    if (GripperLogicControl::GS_ARRIVED == status || GripperLogicControl::GS_DETECTED == status) {
+        move_pending_ = false;
+    }
+}
+
+// Takes the driver lock for a cycle, giving up when the loop is stopped meanwhile.
+bool GripperLogicControlPrivate::lock_for_cycle(
+    std::unique_lock<std::recursive_timed_mutex>& lock) {
+    while (thread_loop_) {
+        // A deadline on the system clock waits through pthread_mutex_timedlock, which every
+        // thread checker knows.
+        if (lock.try_lock_until(std::chrono::system_clock::now() +
+                                std::chrono::milliseconds(LONGEST_PAUSE))) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool GripperLogicControlPrivate::run_cycle_for(GripperLogicControl::GripperStatus status) {
+    switch (status) {
+        case GripperLogicControl::GS_INACTIVATE:
+        case GripperLogicControl::GS_ACTIVATING:
+        case GripperLogicControl::GS_ACTIVATED:
+            if (!parent_->sync()) {
+                GRIPPER_LOG("E", "!parent_->sync()");
+                return false;
+            }
+            return true;
+        case GripperLogicControl::GS_MOVING:
+            if (!sync_move_feedback()) {
+                GRIPPER_LOG("E", "!sync_move_feedback()");
+                return false;
+            }
+            return sync_position_in_cycle();
+        case GripperLogicControl::GS_ARRIVED:
+            arrived_seen_ = true;
+            return follow_move();
+        case GripperLogicControl::GS_DETECTED:
+            return follow_move();
+        case GripperLogicControl::GS_DROPPED:
+            return follow_drop();
+        default:
+            return false;
+    }
+}
+
+// After a move: watch for an object being detected or lost, and read the position.
+bool GripperLogicControlPrivate::follow_move() {
+    if (uses_custom_protocol()) {
+        unactivate_feedback();
+    } else if (!sync_move_feedback()) {
+        GRIPPER_LOG("E", "!sync_move_feedback()");
+        return false;
+    }
+    return sync_position_in_cycle();
+}
+
+bool GripperLogicControlPrivate::follow_drop() {
+    if (uses_custom_protocol()) {
+        if (!stop_current_dropped_feedback()) {
+            GRIPPER_LOG("E", "!stop_current_dropped_feedback()");
+            return false;
+        }
+    } else if (!sync_move_feedback()) {
+        GRIPPER_LOG("E", "!sync_move_feedback()");
+        return false;
+    }
+    return sync_position_in_cycle();
+}
+
+bool GripperLogicControlPrivate::sync_position_in_cycle() {
+    if (!sync_position()) {
+        GRIPPER_LOG("E", "!sync_position()");
+        return false;
+    }
+    return true;
+}
+
+bool GripperLogicControlPrivate::sync_move_feedback() {
+    AbstractPackageData data;
+    if (!read_back(parent_->gripper_protocol_->build_move_feedback_protocol(id_),
+                   GripperProtocol::PT_MOVE_FEEDBACK, data)) {
+        return false;
+    }
+    switch (data.feedback_) {
+        case GripperProtocol::F_MOVING:
+            parent_->set_gripper_status(GripperLogicControl::GS_MOVING);
+            break;
+        case GripperProtocol::F_ARRIVED:
+            parent_->set_gripper_status(GripperLogicControl::GS_ARRIVED);
+            break;
+        case GripperProtocol::F_DETECTED:
+            parent_->set_gripper_status(GripperLogicControl::GS_DETECTED);
+            break;
+        case GripperProtocol::F_DROPPED:
+            parent_->set_gripper_status(GripperLogicControl::GS_DROPPED);
+            break;
+        default:
+            break;
+    }
+    return true;
+}
+
+// Collects the frame a custom gripper sends by itself when a held object is lost.
+void GripperLogicControlPrivate::unactivate_feedback() {
+    if (1 != initialize_) {
+        GRIPPER_LOG("W", "1 != initialize_");
+        return;
+    }
+    if (GripperLogicControl::GS_DETECTED != parent_->get_gripper_status()) {
+        GRIPPER_LOG(
+            "W",
+            "GripperLogicControl::GripperStatus::GS_DETECTED != parent_->get_gripper_status()");
+        GRIPPER_LOG(
+            "W", "parent_->get_gripper_status() = %s",
+            GripperLogicControl::gripper_status_to_string(parent_->get_gripper_status()).c_str());
+        return;
+    }
+    GripperProtocol* protocol = parent_->gripper_protocol_;
+    if (!uses_custom_protocol() || communication_->available() < protocol->get_package_length()) {
+        return;
+    }
+    const std::vector<uint8_t> read_byte_stream =
+        communication_->read(protocol->get_package_length());
+    if (read_byte_stream.empty()) {
+        GRIPPER_LOG("E", "0 == read_byte_stream.size()");
+        return;
+    }
+    if (static_cast<int>(read_byte_stream.size()) != protocol->get_package_length()) {
+        GRIPPER_LOG("W",
+                    "static_cast<int>(read_byte_stream.size()) != "
+                    "parent_->gripper_protocol_->get_package_length()");
+        GRIPPER_LOG("W", "read_byte_stream.size() = %d", static_cast<int>(read_byte_stream.size()));
+        GRIPPER_LOG("W", "parent_->gripper_protocol_->get_package_length() = %d",
+                    protocol->get_package_length());
+        return;
+    }
+    const AbstractPackageData data = protocol->parse_get_normal_package(
+        id_, GripperProtocol::PT_STOP_CURRENT_FEEDBACK, read_byte_stream);
+    if (GripperProtocol::PT_UNDEFINE == data.package_type_) {
+        GRIPPER_LOG("W",
+                    "GripperProtocol::PackageType::PT_UNDEFINE == "
+                    "abstract_package_data.package_type_");
+        return;
+    }
+    if (GripperProtocol::F_DROPPED == data.feedback_) {
+        parent_->set_gripper_status(GripperLogicControl::GS_DROPPED);
+    } else {
+        GRIPPER_LOG("E", "unknown abstract_package_data.feedback_ = %d",
+                    static_cast<int>(data.feedback_));
+    }
+}
+
+// Acknowledges a dropped object to a custom gripper, which echoes the acknowledgement.
+bool GripperLogicControlPrivate::stop_current_dropped_feedback() {
+    if (1 != initialize_) {
+        GRIPPER_LOG("W", "1 != initialize_");
+        return false;
+    }
+    GripperCustomProtocol* protocol =
+        dynamic_cast<GripperCustomProtocol*>(parent_->gripper_protocol_);
+    if (nullptr == protocol) {
+        GRIPPER_LOG("W", "NULL == parent_->gripper_protocol_");
+        return false;
+    }
+    const std::vector<uint8_t> byte_stream =
+        protocol->build_stop_current_droped_feedback_protocol(id_);
+    const std::vector<uint8_t> read_byte_stream =
+        communication_->write_read(false, protocol->get_package_length(), byte_stream);
+    if (read_byte_stream.empty()) {
+        GRIPPER_LOG("E", "0 == readbyte_stream.size()");
+        GRIPPER_LOG("E", "byte_stream = %s",
+                    MiscellaneousUtility::convert_hex_binary(byte_stream).c_str());
+    }
+    if (read_byte_stream == byte_stream) {
+        return true;
+    }
+    GRIPPER_LOG("W", "read_byte_stream != byte_stream");
+    GRIPPER_LOG("W", "readbyte_stream = %s",
+                MiscellaneousUtility::convert_hex_binary(read_byte_stream).c_str());
+    GRIPPER_LOG("W", "byte_stream = %s",
+                MiscellaneousUtility::convert_hex_binary(byte_stream).c_str());
+    return false;
+}

@@ -1,0 +1,294 @@
+#include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control_private.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
+#include "gripper/gripper_common/simple_logger/simple_logger.h"
+#include "gripper/gripper_common/system_error/system_error.h"
+
+namespace {
+
+// With the driver's retry cap set, no wait after this one is made.
+const int LAST_AWAITED_PASS = 3;
+// The connect time-out is twice the wait interval.
+const int CONNECT_TIMEOUT_FACTOR = 2;
+
+std::string hex(const std::vector<uint8_t>& byte_stream) {
+    return MiscellaneousUtility::convert_hex_binary(byte_stream);
+}
+
+}  // namespace
+
+GripperTCPClientCommunicationControlPrivate::GripperTCPClientCommunicationControlPrivate(
+    GripperTCPClientCommunicationControl* parent)
+    : parent_(parent), scan_(false), socket_(-1) {}
+
+GripperTCPClientCommunicationControlPrivate::~GripperTCPClientCommunicationControlPrivate() {
+    if (-1 != socket_) {
+        ::close(socket_);
+    }
+}
+
+bool GripperTCPClientCommunicationControlPrivate::accept_parameters(
+    const std::vector<std::string>& parameters) {
+    if (parameters.size() < 2) {
+        GRIPPER_LOG("E", "list_parameters.size() < 2");
+        for (const std::string& parameter : parameters) {
+            GRIPPER_LOG("E", "%s", parameter.c_str());
+        }
+        return false;
+    }
+    if (!accept_operation(parameters[0])) {
+        return false;
+    }
+    if (3 != parameters.size()) {
+        GRIPPER_LOG("W", "3 != list_parameters.size()");
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::accept_operation(const std::string& operation) {
+    const MiscellaneousUtility::ConnectOperate type =
+        MiscellaneousUtility::string_to_connect_operate(operation);
+    if (MiscellaneousUtility::CO_UNDEFINE == type) {
+        GRIPPER_LOG("W", "MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type");
+        return false;
+    }
+    scan_ = MiscellaneousUtility::CO_SCAN == type;
+    if (scan_) {
+        // A scan names no address of its own, so there is nothing to connect to.
+        GRIPPER_LOG("W", "2 != real_parameters.size()");
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::accept_address(const std::string& ip,
+                                                                 const std::string& port) {
+    if (!MiscellaneousUtility::is_valid_ip(ip)) {
+        GRIPPER_LOG("W", "!MiscellaneousUtility::is_valid_ip(ip)");
+        GRIPPER_LOG("W", "ip = %s", ip.c_str());
+        return false;
+    }
+    if (!MiscellaneousUtility::is_valid_port(port)) {
+        GRIPPER_LOG("W", "!MiscellaneousUtility::is_valid_port(port)");
+        GRIPPER_LOG("W", "port = %s", port.c_str());
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::create_socket() {
+    socket_ = socket(AF_INET, SOCK_STREAM, 0);
+    if (socket_ < 0) {
+        const int error = errno;
+        socket_ = -1;
+        GRIPPER_LOG("W", "private_->socket_ < 0");
+        GRIPPER_LOG_ERRNO("W", error);
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::set_options() {
+    const int opt = 1;
+    // Linger on with a time of 0: closing resets the connection at once.
+    const struct linger linger = {1, 0};
+    return set_option(SOL_SOCKET, SO_REUSEADDR, &opt, sizeof(opt),
+                      "setsockopt(private_->socket_, SOL_SOCKET, SO_REUSEADDR, (const void *)&opt "
+                      ", sizeof(opt)) < 0") &&
+           set_option(SOL_SOCKET, SO_LINGER, &linger, sizeof(linger),
+                      "setsockopt(private_->socket_, SOL_SOCKET, SO_LINGER, (const void *)&linger "
+                      ", sizeof(linger)) < 0") &&
+           set_option(IPPROTO_TCP, TCP_NODELAY, &opt, sizeof(opt),
+                      "setsockopt(private_->socket_, IPPROTO_TCP, TCP_NODELAY, (const void *)&opt "
+                      ", sizeof(opt)) < 0");
+}
+
+bool GripperTCPClientCommunicationControlPrivate::set_option(int level, int name, const void* value,
+                                                             socklen_t size,
+                                                             const char* condition) {
+    if (setsockopt(socket_, level, name, value, size) < 0) {
+        const int error = errno;
+        GRIPPER_LOG("W", "%s", condition);
+        GRIPPER_LOG_ERRNO("W", error);
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::set_non_blocking() {
+    int flags = fcntl(socket_, F_GETFL, 0);
+    if (flags >= 0) {
+        flags = fcntl(socket_, F_SETFL, flags | O_NONBLOCK);
+    }
+    if (flags < 0) {
+        const int error = errno;
+        GRIPPER_LOG("W", "flags < 0");
+        GRIPPER_LOG_ERRNO("W", error);
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::connect_to(const std::string& ip,
+                                                             const std::string& port) {
+    struct sockaddr_in address;
+    memset(&address, 0, sizeof(address));
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(strtol(port.c_str(), nullptr, 10)));
+    // The address check reads only the leading numbers; the dotted text itself must be clean.
+    if (1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)) {
+        GRIPPER_LOG("W", "1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)");
+        return false;
+    }
+    GRIPPER_LOG("D", "ip.c_str() = %s", ip.c_str());
+    GRIPPER_LOG("D", "port.c_str() = %s", port.c_str());
+    if (0 == connect(socket_, reinterpret_cast<struct sockaddr*>(&address), sizeof(address))) {
+        return true;
+    }
+    const int error = errno;
+    if (EINPROGRESS != error) {
+        GRIPPER_LOG("W", "EINPROGRESS != errno");
+        GRIPPER_LOG_ERRNO("W", error);
+        return false;
+    }
+    return wait_connected();
+}
+
+bool GripperTCPClientCommunicationControlPrivate::wait_connected() {
+    struct pollfd writable = {socket_, POLLOUT, 0};
+    const int timeout =
+        parent_->get_default_wait_for_length_available_interval() * CONNECT_TIMEOUT_FACTOR;
+    const int result = poll(&writable, 1, timeout);
+    if (result <= 0) {
+        GRIPPER_LOG("W", "connect timeout result = %d", result);
+        return false;
+    }
+    // Writable also means refused or unreachable: the pending error tells which.
+    int error = 0;
+    socklen_t size = sizeof(error);
+    if (0 != getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error, &size) || 0 != error) {
+        GRIPPER_LOG("W", "0 != error");
+        GRIPPER_LOG_ERRNO("W", error);
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::abandon_open() {
+    parent_->close();
+    return false;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::usable() {
+    if (-1 == socket_) {
+        GRIPPER_LOG("W", "-1 == private_->socket_");
+        return false;
+    }
+    if (parent_->occur_exception()) {
+        GRIPPER_LOG("E", "occur_exception()");
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::ready_for_exchange(int read_length) {
+    if (!usable()) {
+        return false;
+    }
+    if (nullptr == parent_->gripper_protocol_) {
+        GRIPPER_LOG("E", "NULL == gripper_protocol_");
+        return false;
+    }
+    if (read_length <= 0) {
+        GRIPPER_LOG("E", "read_length <= 0");
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::drop_stale_bytes() {
+    if (parent_->available() <= 0) {
+        return true;
+    }
+    GRIPPER_LOG("W", "available() > 0");
+    if (!parent_->buffer_drop()) {
+        GRIPPER_LOG("W", "!buffer_drop()");
+        return false;
+    }
+    return true;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::send_request(
+    const std::vector<uint8_t>& write_stream) {
+    if (parent_->write(write_stream)) {
+        return true;
+    }
+    GRIPPER_LOG("W", "!write(write_stream)");
+    GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
+    parent_->set_communication_status(GripperCommunication::CS_WRITE_EXCEPTION);
+    return false;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
+    int read_length, const std::vector<uint8_t>& write_stream) {
+    const int max_count = parent_->get_wait_retry_max_count();
+    const int interval = parent_->get_default_wait_for_length_available_interval();
+    for (int count = 0; count < max_count; ++count) {
+        if (retry_cap_reached(count)) {
+            return false;
+        }
+        if (parent_->wait_for_length_available(read_length, interval)) {
+            return true;
+        }
+        log_time_out(write_stream, count);
+    }
+    // Only the first exhausted exchange reports the read exception; later ones stay quiet.
+    if (parent_->first_exhaustion_.exchange(false)) {
+        parent_->set_communication_status(GripperCommunication::CS_READ_EXCEPTION);
+    }
+    return false;
+}
+
+bool GripperTCPClientCommunicationControlPrivate::retry_cap_reached(int count) {
+    if (!parent_->retry_cap_ || count <= LAST_AWAITED_PASS) {
+        return false;
+    }
+    GRIPPER_LOG("W", "count > 3");
+    return true;
+}
+
+void GripperTCPClientCommunicationControlPrivate::log_time_out(
+    const std::vector<uint8_t>& write_stream, int count) {
+    GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
+    GRIPPER_LOG("W", "count = %d", count);
+    GRIPPER_LOG("W", "available() = %d", parent_->available());
+    GRIPPER_LOG("W",
+                "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
+}
+
+std::vector<uint8_t> GripperTCPClientCommunicationControlPrivate::receive_answer(
+    bool set, int read_length, const std::vector<uint8_t>& write_stream) {
+    const std::vector<uint8_t> answer = parent_->read(read_length);
+    if (answer.empty()) {
+        GRIPPER_LOG("W", "0 == read_byte_stream.size()");
+        return std::vector<uint8_t>();
+    }
+    if (!parent_->gripper_protocol_->compare_package(set, write_stream, answer)) {
+        GRIPPER_LOG("W",
+                    "!gripper_protocol_->compare_package(set, write_stream, read_byte_stream)");
+        return std::vector<uint8_t>();
+    }
+    return answer;
+}

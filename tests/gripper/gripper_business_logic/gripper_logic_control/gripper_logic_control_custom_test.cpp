@@ -1,0 +1,77 @@
+#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+
+namespace {
+
+typedef GripperLogicControl GLC;
+
+gripper_sim::GripperOptions tcp_gripper() {
+    gripper_sim::GripperOptions options;
+    options.id = 2;
+    options.position_max = 100;
+    options.init_ms = 100;
+    options.full_stroke_ms = 400;
+    return options;
+}
+
+}  // namespace
+
+TEST_F(DriverTest, TcpGripperIsActivatedMovedAndFollowedToArrival) {
+    const int gripper = simulator_.add_custom_tcp(tcp_gripper());
+    ASSERT_TRUE(connect_tcp(gripper));
+    EXPECT_EQ(1, driver_->get_model_series());
+    EXPECT_EQ((std::vector<uint8_t>{1, 2, 1, 3}), driver_->get_version());
+    EXPECT_FALSE(driver_->support_speed());
+    EXPECT_FLOAT_EQ(1.0f, driver_->position_step());
+
+    ASSERT_TRUE(activate());
+    ASSERT_TRUE(driver_->set_force(55));
+    EXPECT_EQ(55, driver_->get_force());
+    ASSERT_TRUE(driver_->set_position(60.4f));
+    EXPECT_EQ(60, snapshot(gripper).target);
+    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
+    ASSERT_TRUE(wait_until([&] { return driver_->get_position() > 59.9f; }));
+    EXPECT_FLOAT_EQ(60.0f, driver_->get_position());
+    // Without speed support the frame protocol has no speed request.
+    EXPECT_FALSE(driver_->set_speed(50));
+}
+
+TEST_F(DriverTest, TcpGripperAnnouncesTheDropOfADetectedObjectByItself) {
+    gripper_sim::GripperOptions options = tcp_gripper();
+    options.object_at = 30;
+    const int gripper = simulator_.add_custom_tcp(options);
+    ASSERT_TRUE(connect_tcp(gripper));
+    ASSERT_TRUE(activate());
+    ASSERT_TRUE(driver_->set_position(60.0f));
+    ASSERT_TRUE(wait_for_status(GLC::GS_DETECTED));
+
+    simulator_.drop(gripper);
+    ASSERT_TRUE(wait_for_status(GLC::GS_DROPPED));
+    // The next cycles acknowledge the drop; the status stays until a new command.
+    const long frames = snapshot(gripper).frames_received;
+    ASSERT_TRUE(wait_until([&] { return snapshot(gripper).frames_received >= frames + 4; }));
+    EXPECT_EQ(GLC::GS_DROPPED, driver_->get_gripper_status());
+    EXPECT_FALSE(log_.contains("!stop_current_dropped_feedback()"));
+    ASSERT_TRUE(driver_->set_position(80.0f));
+    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
+}
+
+TEST_F(DriverTest, TcpGripperWithTheSeries2VersionGetsItsLimits) {
+    gripper_sim::GripperOptions options = tcp_gripper();
+    options.custom_version = {{1, 2, 1, 4}};
+    const int gripper = simulator_.add_custom_tcp(options);
+    ASSERT_TRUE(connect_tcp(gripper));
+    EXPECT_EQ(2, driver_->get_model_series());
+    EXPECT_FLOAT_EQ(95.0f, driver_->get_position_max());
+    EXPECT_FALSE(driver_->support_unify_force());
+    EXPECT_TRUE(driver_->support_angle());
+    EXPECT_EQ(15, driver_->get_force_min());
+    EXPECT_EQ(90, driver_->get_force_max());
+
+    ASSERT_TRUE(activate());
+    ASSERT_TRUE(driver_->set_position(99.0f));
+    EXPECT_EQ(95, snapshot(gripper).target);
+    ASSERT_TRUE(driver_->set_force(95));
+    EXPECT_EQ(90, snapshot(gripper).force);
+    ASSERT_TRUE(driver_->set_force(10));
+    EXPECT_EQ(15, snapshot(gripper).force);
+}

@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "gripper_main/business_logic/gripper_global/gripper_global.h"
+#include "tests/test_support/log_capture.h"
+
+namespace {
+
+// Records the registry's notifications as "list" and "state <n>", with its own name in front.
+class RegistryObserver : public GripperGlobal::NotifyInterface {
+public:
+    RegistryObserver(const std::string& name, std::vector<std::string>& journal)
+        : name_(name), journal_(journal) {}
+    void on_list_all_device_changed() override { journal_.push_back(name_ + " list"); }
+    void on_program_state_changed(GripperGlobal::ProgramState state) override {
+        journal_.push_back(name_ + " state " + std::to_string(state));
+    }
+    void on_program_startup() override { journal_.push_back(name_ + " startup"); }
+
+private:
+    std::string name_;
+    std::vector<std::string>& journal_;
+};
+
+// The registry is process-wide: every test leaves it empty, stopped and without observers.
+class GripperGlobalTest : public ::testing::Test {
+protected:
+    GripperGlobalTest() : first_("first", journal_), second_("second", journal_) {}
+
+    void TearDown() override {
+        registry_.remove_notify_interface(&first_);
+        registry_.remove_notify_interface(&second_);
+        for (GripperDevice* device : registry_.vector_device()) {
+            registry_.remove_device(device);
+            delete device;
+        }
+        registry_.set_program_state(GripperGlobal::PS_STOPPED);
+    }
+
+    GripperDevice* add_new_device() {
+        GripperDevice* device = GripperGlobal::insert_device();
+        EXPECT_TRUE(registry_.add_device(device));
+        return device;
+    }
+
+    GripperGlobal& registry_ = GripperGlobal::instance();
+    LogCapture log_;
+    std::vector<std::string> journal_;
+    RegistryObserver first_;
+    RegistryObserver second_;
+};
+
+}  // namespace
+
+TEST_F(GripperGlobalTest, NewSlotHasItsInitialValuesAndIsNotRegistered) {
+    GripperDevice* device = GripperGlobal::insert_device();
+    EXPECT_EQ(0, device->connection_type_);
+    EXPECT_EQ(0, device->connection_state_);
+    EXPECT_EQ(0, device->connect_operate_);
+    EXPECT_EQ(nullptr, device->gripper_abstract_control_);
+    ASSERT_EQ(2u, device->map_connection_parameters_.size());
+    EXPECT_TRUE(device->map_connection_parameters_.at(GripperCommunication::CC_TCP_CLIENT).empty());
+    EXPECT_TRUE(
+        device->map_connection_parameters_.at(GripperCommunication::CC_USB_SERIALPORT).empty());
+    EXPECT_TRUE(registry_.vector_device().empty());
+    delete device;
+}
+
+TEST_F(GripperGlobalTest, IndexBeyondTheSlotsGivesNullWithThreeWarnings) {
+    EXPECT_EQ(nullptr, registry_.get_device(0));
+    EXPECT_EQ((std::vector<std::string>{
+                  "W vector_device_.size() <= static_cast<unsigned long long>(index)",
+                  "W vector_device_.size() = 0", "W static_cast<unsigned long long>(index) = 0"}),
+              log_.lines());
+
+    GripperDevice* first = add_new_device();
+    GripperDevice* last = add_new_device();
+    log_.clear();
+    EXPECT_EQ(first, registry_.get_device(0));
+    EXPECT_EQ(last, registry_.get_device(1));
+    EXPECT_TRUE(log_.lines().empty());
+    EXPECT_EQ(nullptr, registry_.get_device(2));
+    EXPECT_TRUE(log_.contains("vector_device_.size() = 2"));
+    EXPECT_EQ(nullptr, registry_.get_device(0xFFFFFFFFu));
+}
+
+TEST_F(GripperGlobalTest, SlotsAreAddedOnceAndRemovedInIndexOrder) {
+    registry_.add_notify_interface(&first_);
+    GripperDevice* a = add_new_device();
+    GripperDevice* b = add_new_device();
+    GripperDevice* c = add_new_device();
+    EXPECT_EQ(3u, journal_.size());
+
+    journal_.clear();
+    EXPECT_FALSE(registry_.add_device(b));
+    EXPECT_EQ(std::vector<std::string>{"W contain"}, log_.lines());
+    EXPECT_TRUE(journal_.empty());
+
+    GripperDevice unknown;
+    EXPECT_TRUE(registry_.remove_device(&unknown));
+    EXPECT_TRUE(journal_.empty());
+
+    EXPECT_TRUE(registry_.remove_device(b));
+    EXPECT_EQ(std::vector<std::string>{"first list"}, journal_);
+    EXPECT_EQ((std::vector<GripperDevice*>{a, c}), registry_.vector_device());
+    EXPECT_EQ(c, registry_.get_device(1));
+    delete b;
+}
+
+TEST_F(GripperGlobalTest, ObserversAreCalledInOrderOncePerChange) {
+    registry_.add_notify_interface(&first_);
+    registry_.add_notify_interface(&second_);
+    registry_.add_notify_interface(&first_);
+    EXPECT_EQ(GripperGlobal::PS_STOPPED, registry_.get_program_state());
+
+    registry_.set_program_state(GripperGlobal::PS_RUNNING);
+    registry_.set_program_state(GripperGlobal::PS_RUNNING);
+    EXPECT_EQ(GripperGlobal::PS_RUNNING, registry_.get_program_state());
+    EXPECT_EQ((std::vector<std::string>{"first state 1", "second state 1"}), journal_);
+
+    journal_.clear();
+    registry_.remove_notify_interface(&first_);
+    registry_.remove_notify_interface(&first_);
+    registry_.set_program_state(GripperGlobal::PS_STOPPED);
+    add_new_device();
+    EXPECT_EQ((std::vector<std::string>{"second state 0", "second list"}), journal_);
+}
