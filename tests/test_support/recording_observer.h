@@ -12,8 +12,8 @@
 // "position 50.0", "force 40" or "speed 80", in the order they came, from any thread.
 class RecordingObserver : public GripperLogicControl::NotifyInterface {
 public:
-    void on_communication_status_changed(GripperLogicControl*,
-                                         GripperCommunication::CommunicationStatus status) override {
+    void on_communication_status_changed(
+        GripperLogicControl*, GripperCommunication::CommunicationStatus status) override {
         record(GripperCommunication::communication_status_to_string(status));
     }
     void on_gripper_move_status_changed(GripperLogicControl*,

@@ -6,7 +6,8 @@
 
 // Polls condition until it holds or the deadline passes; true when it held.
 template <typename Condition>
-bool wait_until(Condition condition, std::chrono::milliseconds deadline = std::chrono::seconds(10)) {
+bool wait_until(Condition condition,
+                std::chrono::milliseconds deadline = std::chrono::seconds(10)) {
     const auto end = std::chrono::steady_clock::now() + deadline;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > end) {
