@@ -19,9 +19,10 @@ const std::chrono::milliseconds STATUS_TIMEOUT(5000);
 // Longer than the slowest update cycle: a polling driver writes a request within it.
 const std::chrono::milliseconds QUIET_PERIOD(1500);
 // Warnings and errors of the driver's log shown after each step.
-const std::size_t LOG_LINES_SHOWN = 2;
+const std::size_t LOG_LINES_SHOWN = 1;
 const int OBJECT_REGISTER = 600;
-const float OBJECT_PERCENT = 60.0f;
+// The object on the Modbus gripper's stroke of 1000 register units.
+const float OBJECT_PERCENT = OBJECT_REGISTER / 10.0f;
 // Slower than the simulator's default stroke, so that positions on the way are seen.
 const int STROKE_MS = 3000;
 const float POSITION_TOLERANCE = 0.05f;
@@ -194,7 +195,6 @@ void GripperStory::disconnect_grippers() {
     disconnect(1);
     disconnect(2);
     end();
-    console_.plain("");
     console_.timed("done; the driver logged " + log_.totals() + " lines (D/I/W/E)");
 }
 
@@ -246,19 +246,23 @@ void GripperStory::order(int n, const std::string& command, const std::function<
     require(call(), name(n) + " to accept " + command);
 }
 
-// Once the status is reported, the driver's lock is taken once: the update cycle that reported
-// it holds that lock to its end, so its other notifications are printed before the story goes on.
 void GripperStory::await_motion(int n, GLC::GripperStatus status, std::size_t since) {
     require(observer_.wait_for(driver(n), StatusEvent::MOTION, status, since, STATUS_TIMEOUT),
             name(n) + ": " + GLC::gripper_status_to_string(status) + " within " +
                 std::to_string(STATUS_TIMEOUT.count()) + " ms");
-    driver(n)->get_position();
+    settle(n);
 }
 
 void GripperStory::await_link(int n, GC::CommunicationStatus status, std::size_t since) {
     require(observer_.wait_for(driver(n), StatusEvent::LINK, status, since, STATUS_TIMEOUT),
             name(n) + ": " + GC::communication_status_to_string(status) + " within " +
                 std::to_string(STATUS_TIMEOUT.count()) + " ms");
+    settle(n);
+}
+
+// Takes the driver's lock once. The update cycle that made a report holds that lock to its end,
+// so the cycle's other notifications are printed before the story goes on.
+void GripperStory::settle(int n) {
     driver(n)->get_position();
 }
 

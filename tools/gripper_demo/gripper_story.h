@@ -52,6 +52,7 @@ private:
     void order(int n, const std::string& command, const std::function<bool()>& call);
     void await_motion(int n, GripperLogicControl::GripperStatus status, std::size_t since);
     void await_link(int n, GripperCommunication::CommunicationStatus status, std::size_t since);
+    void settle(int n);
     void await_position(int n, float percent);
     void await(const std::function<bool()>& condition, std::chrono::milliseconds timeout,
                const std::string& expectation);

@@ -11,6 +11,8 @@ namespace {
 const char* const SERIAL_LINK_FILE = "gripper_usb_serialport_communication_control_private.cpp";
 const std::string REQUEST_TEXT = "write_stream = ";
 const char* const LEVELS[] = {"D", "I", "W", "E"};
+// Kept log lines are cut to this width; the console indents them by ten more columns.
+const std::size_t LINE_WIDTH = 90;
 
 std::string base_name(const char* path) {
     const std::string text(path);
@@ -47,17 +49,24 @@ void LogCollector::flush(Console& console, std::size_t shown) {
 void LogCollector::print(Console& console, const std::vector<Entry>& entries, std::size_t shown) {
     long hidden = 0;
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        const Entry& entry = entries[i];
-        if (i >= shown) {
-            hidden += entry.lines;
-            continue;
+        if (i < shown) {
+            console.dimmed(line_of(entries[i]));
+        } else {
+            hidden += entries[i].lines;
         }
-        const std::string times = entry.lines > 1 ? "  (x" + std::to_string(entry.lines) + ")" : "";
-        console.dimmed("log " + entry.level + " " + entry.place + "  " + entry.text + times);
     }
     if (hidden > 0) {
-        console.dimmed("log   ... " + std::to_string(hidden) + " more warning and error lines");
+        const std::string lines = 1 == hidden ? " more line" : " more lines";
+        console.dimmed("log   ... " + std::to_string(hidden) + lines + " of warnings and errors");
     }
+}
+
+// "log W   4x text", cut to the width of the story's lines; the text tells the place well enough.
+std::string LogCollector::line_of(const Entry& entry) {
+    char count[16];
+    std::snprintf(count, sizeof(count), "%3ldx ", entry.lines);
+    const std::string line = "log " + entry.level + " " + count + entry.text;
+    return line.size() <= LINE_WIDTH ? line : line.substr(0, LINE_WIDTH - 3) + "...";
 }
 
 long LogCollector::serial_requests() const {

@@ -45,6 +45,7 @@ private:
               const std::string& text);
     void keep(const std::string& level, const std::string& place, const std::string& text);
     static void print(Console& console, const std::vector<Entry>& entries, std::size_t shown);
+    static std::string line_of(const Entry& entry);
 
     static std::atomic<LogCollector*> active_;
     mutable std::mutex mutex_;

@@ -14,10 +14,12 @@ namespace {
 
 void print_header(Console& console) {
     console.plain("Gripper driver stack against two simulated grippers");
-    console.plain("  \"gripper N: ...\"  a driver's notification, printed as it arrives");
-    console.plain("  \"> gripper N: ...\" a call the demo makes; \"simulator: ...\" what it does");
-    console.plain("  \"log W/E ...\"      the first warnings and errors of the driver's log");
-    console.plain("  force and speed 0 (\"not known\", sent before each read-back) are not shown");
+    console.plain(
+        "  \"gripper N: ...\" a driver's notification as it arrives (force or speed 0, "
+        "\"not known\", is not shown)");
+    console.plain(
+        "  \"> ...\" a call of the demo, \"simulator: ...\" what the simulator does, "
+        "\"log\" the driver's log");
 }
 
 }  // namespace
