@@ -1,11 +1,11 @@
 #ifndef TESTS_TEST_SUPPORT_LOG_CAPTURE_H
 #define TESTS_TEST_SUPPORT_LOG_CAPTURE_H
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
@@ -33,18 +33,19 @@ public:
 
     std::vector<std::string> lines() const {
         std::lock_guard<std::mutex> lock(mutex());
-        std::vector<std::string> result;
-        for (const auto& entry : entries_) {
-            result.push_back(entry.first + " " + entry.second);
-        }
-        return result;
+        return lines_;
     }
 
-    // True when the text of some line (without its level) equals or contains text.
+    // How often line ("LEVEL text") was logged.
+    long count(const std::string& line) const {
+        const std::vector<std::string> all = lines();
+        return std::count(all.begin(), all.end(), line);
+    }
+
+    // True when the text of some line (without its level) contains text.
     bool contains(const std::string& text) const {
-        std::lock_guard<std::mutex> lock(mutex());
-        for (const auto& entry : entries_) {
-            if (std::string::npos != entry.second.find(text)) {
+        for (const std::string& line : lines()) {
+            if (std::string::npos != line.find(text, line.find(' ') + 1)) {
                 return true;
             }
         }
@@ -53,7 +54,7 @@ public:
 
     void clear() {
         std::lock_guard<std::mutex> lock(mutex());
-        entries_.clear();
+        lines_.clear();
     }
 
 private:
@@ -67,29 +68,20 @@ private:
         return instance;
     }
 
-    static std::string format_text(const char* format, va_list args) {
-        va_list size_args;
-        va_copy(size_args, args);
-        const int length = vsnprintf(nullptr, 0, format, size_args);
-        va_end(size_args);
-        if (length <= 0) {
-            return std::string();
-        }
-        std::vector<char> buffer(static_cast<size_t>(length) + 1);
-        vsnprintf(buffer.data(), buffer.size(), format, args);
-        return std::string(buffer.data(), static_cast<size_t>(length));
-    }
-
     static void receive(const char* level, const char*, unsigned int, const char* format,
                         va_list args) {
-        const std::string text = format_text(format, args);
+        va_list size_args;
+        va_copy(size_args, args);
+        std::vector<char> text(std::max(vsnprintf(nullptr, 0, format, size_args), 0) + 1);
+        va_end(size_args);
+        vsnprintf(text.data(), text.size(), format, args);
         std::lock_guard<std::mutex> lock(mutex());
         if (nullptr != active()) {
-            active()->entries_.emplace_back(level, text);
+            active()->lines_.push_back(std::string(level) + " " + text.data());
         }
     }
 
-    std::vector<std::pair<std::string, std::string>> entries_;
+    std::vector<std::string> lines_;
 };
 
 #endif

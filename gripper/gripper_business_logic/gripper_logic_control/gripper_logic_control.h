@@ -108,6 +108,8 @@ protected:
 
 private:
     friend class GripperLogicControlPrivate;
+    // The steps both links share use the protected state above.
+    friend class GripperLinkSupport;
     std::unique_ptr<GripperLogicControlPrivate> private_;
 };
 

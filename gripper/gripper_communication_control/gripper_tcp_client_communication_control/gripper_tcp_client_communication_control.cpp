@@ -1,12 +1,9 @@
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control.h"
 
-#include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <cerrno>
 
-#include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper/gripper_common/system_error/system_error.h"
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control_private.h"
@@ -27,9 +24,9 @@ GripperTCPClientCommunicationControl::get_communication_connection() {
 }
 
 bool GripperTCPClientCommunicationControl::open(const std::vector<std::string>& parameters) {
-    if (!private_->accept_parameters(parameters) ||
+    if (!private_->support_.accept_parameters(parameters) ||
         !private_->accept_address(parameters[1], parameters[2]) || !private_->create_socket() ||
-        !private_->set_options() || !private_->set_non_blocking() ||
+        !private_->set_options() || !GripperLinkSupport::set_non_blocking(private_->socket_) ||
         !private_->connect_to(parameters[1], parameters[2])) {
         return private_->abandon_open();
     }
@@ -45,8 +42,7 @@ bool GripperTCPClientCommunicationControl::is_alive() {
 }
 
 bool GripperTCPClientCommunicationControl::close() {
-    if (-1 == private_->socket_) {
-        GRIPPER_LOG("W", "-1 == private_->socket_");
+    if (private_->support_.already_closed(private_->socket_)) {
         return true;
     }
     if (0 != shutdown(private_->socket_, SHUT_RDWR)) {
@@ -54,44 +50,18 @@ bool GripperTCPClientCommunicationControl::close() {
         GRIPPER_LOG("E", "0 != shutdown(private_->socket_, SHUT_RDWR)");
         GRIPPER_LOG_ERRNO("E", error);
     }
-    if (0 != ::close(private_->socket_)) {
-        const int error = errno;
-        GRIPPER_LOG("E", "0 != ::close(private_->socket_)");
-        GRIPPER_LOG_ERRNO("E", error);
-    }
-    private_->socket_ = -1;
+    private_->support_.close_descriptor(private_->socket_);
     return true;
 }
 
 std::vector<uint8_t> GripperTCPClientCommunicationControl::read(int length) {
-    if (!private_->usable()) {
-        return std::vector<uint8_t>();
-    }
-    if (length < 0) {
-        GRIPPER_LOG("E", "length < 0");
-        return std::vector<uint8_t>();
-    }
-    if (available() < length) {
-        GRIPPER_LOG("W", "available() < length");
-        if (!buffer_drop()) {
-            GRIPPER_LOG("W", "!buffer_drop()");
-            return std::vector<uint8_t>();
-        }
-    }
-    std::vector<uint8_t> byte_stream(length);
-    if (length != ::recv(private_->socket_, byte_stream.data(), byte_stream.size(), 0)) {
-        GRIPPER_LOG("W",
-                    "length != ::recv(private_->socket_, byte_stream.data(), byte_stream.size(), "
-                    "0)");
-        return std::vector<uint8_t>();
-    }
-    return byte_stream;
+    return private_->support_.read(private_->socket_, length);
 }
 
 std::vector<uint8_t> GripperTCPClientCommunicationControl::write_read(
     bool set, int read_length, const std::vector<uint8_t>& write_stream) {
-    if (!private_->ready_for_exchange(read_length) || !private_->drop_stale_bytes() ||
-        !private_->send_request(write_stream) ||
+    if (!private_->support_.ready_for_exchange(private_->socket_, read_length) ||
+        !private_->drop_stale_bytes() || !private_->support_.send_request(write_stream) ||
         !private_->wait_for_answer(read_length, write_stream)) {
         return std::vector<uint8_t>();
     }
@@ -99,38 +69,11 @@ std::vector<uint8_t> GripperTCPClientCommunicationControl::write_read(
 }
 
 bool GripperTCPClientCommunicationControl::write(const std::vector<uint8_t>& write_stream) {
-    if (!private_->usable()) {
-        return false;
-    }
-    // No SIGPIPE from a peer that has gone: the failure is reported as a write exception.
-    const ssize_t size =
-        send(private_->socket_, write_stream.data(), write_stream.size(), MSG_NOSIGNAL);
-    if (static_cast<ssize_t>(write_stream.size()) == size) {
-        return true;
-    }
-    const int error = errno;
-    GRIPPER_LOG("E", "size != static_cast<const int>(write_stream.size())");
-    GRIPPER_LOG("E", "size = %d", static_cast<int>(size));
-    GRIPPER_LOG("E", "write_stream.size() = %d", static_cast<int>(write_stream.size()));
-    GRIPPER_LOG("E", "write_stream = %s",
-                MiscellaneousUtility::convert_hex_binary(write_stream).c_str());
-    if (size < 0) {
-        GRIPPER_LOG_ERRNO("E", error);
-    }
-    set_communication_status(CS_WRITE_EXCEPTION);
-    return false;
+    return private_->support_.write(private_->socket_, write_stream);
 }
 
 int GripperTCPClientCommunicationControl::available() {
-    if (!private_->usable()) {
-        return 0;
-    }
-    int length = 0;
-    if (-1 == ioctl(private_->socket_, FIONREAD, &length)) {
-        GRIPPER_LOG("W", "-1 == ioctl(private_->socket_, FIONREAD, &length)");
-        return 0;
-    }
-    return length;
+    return private_->support_.available(private_->socket_);
 }
 
 int GripperTCPClientCommunicationControl::get_write_retry_max_count() {

@@ -1,7 +1,6 @@
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control_private.h"
 
 #include <arpa/inet.h>
-#include <fcntl.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
@@ -17,60 +16,37 @@
 
 namespace {
 
-// With the driver's retry cap set, no wait after this one is made.
-const int LAST_AWAITED_PASS = 3;
 // The connect time-out is twice the wait interval.
 const int CONNECT_TIMEOUT_FACTOR = 2;
 
-std::string hex(const std::vector<uint8_t>& byte_stream) {
-    return MiscellaneousUtility::convert_hex_binary(byte_stream);
+// No SIGPIPE from a peer that has gone: the failure is reported as a write exception.
+ssize_t send_without_signal(int descriptor, const void* data, size_t size) {
+    return send(descriptor, data, size, MSG_NOSIGNAL);
 }
+
+ssize_t receive(int descriptor, void* data, size_t size) {
+    return ::recv(descriptor, data, size, 0);
+}
+
+const GripperLinkSupport::Traits TCP_LINK = {
+    "private_->socket_",
+    "W",
+    3,
+    &send_without_signal,
+    &receive,
+    "length != ::recv(private_->socket_, byte_stream.data(), byte_stream.size(), 0)",
+};
 
 }  // namespace
 
 GripperTCPClientCommunicationControlPrivate::GripperTCPClientCommunicationControlPrivate(
     GripperTCPClientCommunicationControl* parent)
-    : parent_(parent), scan_(false), socket_(-1) {}
+    : parent_(parent), socket_(-1), support_(parent, TCP_LINK) {}
 
 GripperTCPClientCommunicationControlPrivate::~GripperTCPClientCommunicationControlPrivate() {
     if (-1 != socket_) {
         ::close(socket_);
     }
-}
-
-bool GripperTCPClientCommunicationControlPrivate::accept_parameters(
-    const std::vector<std::string>& parameters) {
-    if (parameters.size() < 2) {
-        GRIPPER_LOG("E", "list_parameters.size() < 2");
-        for (const std::string& parameter : parameters) {
-            GRIPPER_LOG("E", "%s", parameter.c_str());
-        }
-        return false;
-    }
-    if (!accept_operation(parameters[0])) {
-        return false;
-    }
-    if (3 != parameters.size()) {
-        GRIPPER_LOG("W", "3 != list_parameters.size()");
-        return false;
-    }
-    return true;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::accept_operation(const std::string& operation) {
-    const MiscellaneousUtility::ConnectOperate type =
-        MiscellaneousUtility::string_to_connect_operate(operation);
-    if (MiscellaneousUtility::CO_UNDEFINE == type) {
-        GRIPPER_LOG("W", "MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type");
-        return false;
-    }
-    scan_ = MiscellaneousUtility::CO_SCAN == type;
-    if (scan_) {
-        // A scan names no address of its own, so there is nothing to connect to.
-        GRIPPER_LOG("W", "2 != real_parameters.size()");
-        return false;
-    }
-    return true;
 }
 
 bool GripperTCPClientCommunicationControlPrivate::accept_address(const std::string& ip,
@@ -127,20 +103,6 @@ bool GripperTCPClientCommunicationControlPrivate::set_option(int level, int name
     return true;
 }
 
-bool GripperTCPClientCommunicationControlPrivate::set_non_blocking() {
-    int flags = fcntl(socket_, F_GETFL, 0);
-    if (flags >= 0) {
-        flags = fcntl(socket_, F_SETFL, flags | O_NONBLOCK);
-    }
-    if (flags < 0) {
-        const int error = errno;
-        GRIPPER_LOG("W", "flags < 0");
-        GRIPPER_LOG_ERRNO("W", error);
-        return false;
-    }
-    return true;
-}
-
 bool GripperTCPClientCommunicationControlPrivate::connect_to(const std::string& ip,
                                                              const std::string& port) {
     struct sockaddr_in address;
@@ -191,54 +153,12 @@ bool GripperTCPClientCommunicationControlPrivate::abandon_open() {
     return false;
 }
 
-bool GripperTCPClientCommunicationControlPrivate::usable() {
-    if (-1 == socket_) {
-        GRIPPER_LOG("W", "-1 == private_->socket_");
-        return false;
-    }
-    if (parent_->occur_exception()) {
-        GRIPPER_LOG("E", "occur_exception()");
-        return false;
-    }
-    return true;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::ready_for_exchange(int read_length) {
-    if (!usable()) {
-        return false;
-    }
-    if (nullptr == parent_->gripper_protocol_) {
-        GRIPPER_LOG("E", "NULL == gripper_protocol_");
-        return false;
-    }
-    if (read_length <= 0) {
-        GRIPPER_LOG("E", "read_length <= 0");
-        return false;
-    }
-    return true;
-}
-
 bool GripperTCPClientCommunicationControlPrivate::drop_stale_bytes() {
     if (parent_->available() <= 0) {
         return true;
     }
     GRIPPER_LOG("W", "available() > 0");
-    if (!parent_->buffer_drop()) {
-        GRIPPER_LOG("W", "!buffer_drop()");
-        return false;
-    }
-    return true;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::send_request(
-    const std::vector<uint8_t>& write_stream) {
-    if (parent_->write(write_stream)) {
-        return true;
-    }
-    GRIPPER_LOG("W", "!write(write_stream)");
-    GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
-    parent_->set_communication_status(GripperCommunication::CS_WRITE_EXCEPTION);
-    return false;
+    return support_.drop_buffer();
 }
 
 bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
@@ -246,48 +166,24 @@ bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
     const int max_count = parent_->get_wait_retry_max_count();
     const int interval = parent_->get_default_wait_for_length_available_interval();
     for (int count = 0; count < max_count; ++count) {
-        if (retry_cap_reached(count)) {
+        if (support_.retry_cap_reached(count)) {
             return false;
         }
         if (parent_->wait_for_length_available(read_length, interval)) {
             return true;
         }
-        log_time_out(write_stream, count);
+        support_.log_wait_state(write_stream, count);
+        GRIPPER_LOG(
+            "W", "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
     }
-    // Only the first exhausted exchange reports the read exception; later ones stay quiet.
-    if (parent_->first_exhaustion_.exchange(false)) {
-        parent_->set_communication_status(GripperCommunication::CS_READ_EXCEPTION);
-    }
+    support_.report_exhaustion();
     return false;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::retry_cap_reached(int count) {
-    if (!parent_->retry_cap_ || count <= LAST_AWAITED_PASS) {
-        return false;
-    }
-    GRIPPER_LOG("W", "count > 3");
-    return true;
-}
-
-void GripperTCPClientCommunicationControlPrivate::log_time_out(
-    const std::vector<uint8_t>& write_stream, int count) {
-    GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
-    GRIPPER_LOG("W", "count = %d", count);
-    GRIPPER_LOG("W", "available() = %d", parent_->available());
-    GRIPPER_LOG("W",
-                "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
 }
 
 std::vector<uint8_t> GripperTCPClientCommunicationControlPrivate::receive_answer(
     bool set, int read_length, const std::vector<uint8_t>& write_stream) {
     const std::vector<uint8_t> answer = parent_->read(read_length);
-    if (answer.empty()) {
-        GRIPPER_LOG("W", "0 == read_byte_stream.size()");
-        return std::vector<uint8_t>();
-    }
-    if (!parent_->gripper_protocol_->compare_package(set, write_stream, answer)) {
-        GRIPPER_LOG("W",
-                    "!gripper_protocol_->compare_package(set, write_stream, read_byte_stream)");
+    if (!support_.answer_present(answer) || !support_.answer_matches(set, write_stream, answer)) {
         return std::vector<uint8_t>();
     }
     return answer;

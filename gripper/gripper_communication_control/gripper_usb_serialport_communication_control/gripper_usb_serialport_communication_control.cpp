@@ -1,13 +1,5 @@
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
-#include <cerrno>
-
-#include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
-#include "gripper/gripper_common/simple_logger/simple_logger.h"
-#include "gripper/gripper_common/system_error/system_error.h"
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control_private.h"
 
 // Write 5, wait 5, interval 100 ms.
@@ -26,8 +18,9 @@ GripperUSBSerialportCommunicationControl::get_communication_connection() {
 }
 
 bool GripperUSBSerialportCommunicationControl::open(const std::vector<std::string>& parameters) {
-    if (!private_->accept_parameters(parameters) || !private_->open_port(parameters[1]) ||
-        !private_->set_non_blocking() || !private_->raise_dtr() || !private_->configure_port()) {
+    if (!private_->support_.accept_parameters(parameters) || !private_->open_port(parameters[1]) ||
+        !GripperLinkSupport::set_non_blocking(private_->fd_) || !private_->raise_dtr() ||
+        !private_->configure_port()) {
         return private_->abandon_open();
     }
     return true;
@@ -42,46 +35,20 @@ bool GripperUSBSerialportCommunicationControl::is_alive() {
 }
 
 bool GripperUSBSerialportCommunicationControl::close() {
-    if (-1 == private_->fd_) {
-        GRIPPER_LOG("W", "-1 == private_->fd_");
-        return true;
+    if (!private_->support_.already_closed(private_->fd_)) {
+        private_->support_.close_descriptor(private_->fd_);
     }
-    if (0 != ::close(private_->fd_)) {
-        const int error = errno;
-        GRIPPER_LOG("E", "0 != ::close(private_->fd_)");
-        GRIPPER_LOG_ERRNO("E", error);
-    }
-    private_->fd_ = -1;
     return true;
 }
 
 std::vector<uint8_t> GripperUSBSerialportCommunicationControl::read(int length) {
-    if (!private_->usable()) {
-        return std::vector<uint8_t>();
-    }
-    if (length < 0) {
-        GRIPPER_LOG("E", "length < 0");
-        return std::vector<uint8_t>();
-    }
-    if (available() < length) {
-        GRIPPER_LOG("W", "available() < length");
-        if (!buffer_drop()) {
-            GRIPPER_LOG("E", "!buffer_drop()");
-            return std::vector<uint8_t>();
-        }
-    }
-    std::vector<uint8_t> byte_stream(length);
-    if (length != ::read(private_->fd_, byte_stream.data(), byte_stream.size())) {
-        GRIPPER_LOG("E", "length != ::read(private_->fd_, byte_stream.data(), byte_stream.size())");
-        return std::vector<uint8_t>();
-    }
-    return byte_stream;
+    return private_->support_.read(private_->fd_, length);
 }
 
 std::vector<uint8_t> GripperUSBSerialportCommunicationControl::write_read(
     bool set, int read_length, const std::vector<uint8_t>& write_stream) {
     typedef GripperUSBSerialportCommunicationControlPrivate::Pass Pass;
-    if (!private_->ready_for_exchange(read_length)) {
+    if (!private_->support_.ready_for_exchange(private_->fd_, read_length)) {
         return std::vector<uint8_t>();
     }
     std::vector<uint8_t> answer;
@@ -98,36 +65,11 @@ std::vector<uint8_t> GripperUSBSerialportCommunicationControl::write_read(
 }
 
 bool GripperUSBSerialportCommunicationControl::write(const std::vector<uint8_t>& write_stream) {
-    if (!private_->usable()) {
-        return false;
-    }
-    const ssize_t size = ::write(private_->fd_, write_stream.data(), write_stream.size());
-    if (static_cast<ssize_t>(write_stream.size()) == size) {
-        return true;
-    }
-    const int error = errno;
-    GRIPPER_LOG("E", "size != static_cast<const int>(write_stream.size())");
-    GRIPPER_LOG("E", "size = %d", static_cast<int>(size));
-    GRIPPER_LOG("E", "write_stream.size() = %d", static_cast<int>(write_stream.size()));
-    GRIPPER_LOG("E", "write_stream = %s",
-                MiscellaneousUtility::convert_hex_binary(write_stream).c_str());
-    if (size < 0) {
-        GRIPPER_LOG_ERRNO("E", error);
-    }
-    set_communication_status(CS_WRITE_EXCEPTION);
-    return false;
+    return private_->support_.write(private_->fd_, write_stream);
 }
 
 int GripperUSBSerialportCommunicationControl::available() {
-    if (!private_->usable()) {
-        return 0;
-    }
-    int length = 0;
-    if (-1 == ioctl(private_->fd_, FIONREAD, &length)) {
-        GRIPPER_LOG("E", "-1 == ioctl(private_->fd_, FIONREAD, &length)");
-        return 0;
-    }
-    return length;
+    return private_->support_.available(private_->fd_);
 }
 
 int GripperUSBSerialportCommunicationControl::get_write_retry_max_count() {

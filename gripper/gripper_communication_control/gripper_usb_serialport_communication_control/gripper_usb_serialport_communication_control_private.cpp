@@ -15,8 +15,6 @@
 
 namespace {
 
-// With the driver's retry cap set, passes after this one still write but no longer wait.
-const int LAST_AWAITED_PASS = 3;
 // Pause between a pass that timed out and the next one.
 const int RETRY_PAUSE_MILLIS = 100;
 
@@ -24,53 +22,26 @@ std::string hex(const std::vector<uint8_t>& byte_stream) {
     return MiscellaneousUtility::convert_hex_binary(byte_stream);
 }
 
+const GripperLinkSupport::Traits SERIAL_LINK = {
+    "private_->fd_",
+    "E",
+    2,
+    &::write,
+    &::read,
+    "length != ::read(private_->fd_, byte_stream.data(), byte_stream.size())",
+};
+
 }  // namespace
 
 GripperUSBSerialportCommunicationControlPrivate::GripperUSBSerialportCommunicationControlPrivate(
     GripperUSBSerialportCommunicationControl* parent)
-    : parent_(parent), fd_(-1), scan_(false) {}
+    : parent_(parent), fd_(-1), support_(parent, SERIAL_LINK) {}
 
 GripperUSBSerialportCommunicationControlPrivate::
     ~GripperUSBSerialportCommunicationControlPrivate() {
     if (-1 != fd_) {
         ::close(fd_);
     }
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::accept_parameters(
-    const std::vector<std::string>& parameters) {
-    if (parameters.size() < 2) {
-        GRIPPER_LOG("E", "list_parameters.size() < 2");
-        for (const std::string& parameter : parameters) {
-            GRIPPER_LOG("E", "%s", parameter.c_str());
-        }
-        return false;
-    }
-    if (!accept_operation(parameters[0])) {
-        return false;
-    }
-    if (2 != parameters.size()) {
-        GRIPPER_LOG("W", "2 != list_parameters.size()");
-        return false;
-    }
-    return true;
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::accept_operation(
-    const std::string& operation) {
-    const MiscellaneousUtility::ConnectOperate type =
-        MiscellaneousUtility::string_to_connect_operate(operation);
-    if (MiscellaneousUtility::CO_UNDEFINE == type) {
-        GRIPPER_LOG("W", "MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type");
-        return false;
-    }
-    scan_ = MiscellaneousUtility::CO_SCAN == type;
-    if (scan_) {
-        // A scan names no port of its own, so there is nothing to open.
-        GRIPPER_LOG("W", "1 != real_parameters.size()");
-        return false;
-    }
-    return true;
 }
 
 bool GripperUSBSerialportCommunicationControlPrivate::open_port(const std::string& path) {
@@ -83,20 +54,6 @@ bool GripperUSBSerialportCommunicationControlPrivate::open_port(const std::strin
     if (-1 == fd_) {
         const int error = errno;
         GRIPPER_LOG("W", "-1 == private_->fd_");
-        GRIPPER_LOG_ERRNO("W", error);
-        return false;
-    }
-    return true;
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::set_non_blocking() {
-    int flags = fcntl(fd_, F_GETFL, 0);
-    if (flags >= 0) {
-        flags = fcntl(fd_, F_SETFL, flags | O_NONBLOCK);
-    }
-    if (flags < 0) {
-        const int error = errno;
-        GRIPPER_LOG("W", "flags < 0");
         GRIPPER_LOG_ERRNO("W", error);
         return false;
     }
@@ -180,33 +137,6 @@ bool GripperUSBSerialportCommunicationControlPrivate::abandon_open() {
     return false;
 }
 
-bool GripperUSBSerialportCommunicationControlPrivate::usable() {
-    if (-1 == fd_) {
-        GRIPPER_LOG("E", "-1 == private_->fd_");
-        return false;
-    }
-    if (parent_->occur_exception()) {
-        GRIPPER_LOG("E", "occur_exception()");
-        return false;
-    }
-    return true;
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::ready_for_exchange(int read_length) {
-    if (!usable()) {
-        return false;
-    }
-    if (nullptr == parent_->gripper_protocol_) {
-        GRIPPER_LOG("E", "NULL == gripper_protocol_");
-        return false;
-    }
-    if (read_length <= 0) {
-        GRIPPER_LOG("E", "read_length <= 0");
-        return false;
-    }
-    return true;
-}
-
 GripperUSBSerialportCommunicationControlPrivate::Pass
 GripperUSBSerialportCommunicationControlPrivate::run_pass(bool set, int read_length,
                                                           const std::vector<uint8_t>& write_stream,
@@ -229,30 +159,20 @@ bool GripperUSBSerialportCommunicationControlPrivate::drop_stale_bytes() {
     }
     GRIPPER_LOG("W", "length = %d", length);
     GRIPPER_LOG("W", "length > 0");
-    if (!parent_->buffer_drop()) {
-        GRIPPER_LOG("E", "!buffer_drop()");
-        return false;
-    }
-    return true;
+    return support_.drop_buffer();
 }
 
 bool GripperUSBSerialportCommunicationControlPrivate::send_request(
     const std::vector<uint8_t>& write_stream) {
     GRIPPER_LOG("D", "write_stream = %s", hex(write_stream).c_str());
-    if (parent_->write(write_stream)) {
-        return true;
-    }
-    GRIPPER_LOG("E", "!write(write_stream)");
-    GRIPPER_LOG("E", "write_stream = %s", hex(write_stream).c_str());
-    parent_->set_communication_status(GripperCommunication::CS_WRITE_EXCEPTION);
-    return false;
+    return support_.send_request(write_stream);
 }
 
 bool GripperUSBSerialportCommunicationControlPrivate::retry_cap_reached(int count) {
-    if (!parent_->retry_cap_ || count <= LAST_AWAITED_PASS) {
+    if (!support_.retry_cap_reached(count)) {
         return false;
     }
-    GRIPPER_LOG("W", "count > 3");
+    // On the serial link the capped pass also reports the read exception.
     parent_->set_communication_status(GripperCommunication::CS_READ_EXCEPTION);
     return true;
 }
@@ -262,14 +182,12 @@ GripperUSBSerialportCommunicationControlPrivate::check_answer(
     bool set, const std::vector<uint8_t>& write_stream, const std::vector<uint8_t>& answer,
     int count) {
     GRIPPER_LOG("D", "read_byte_stream = %s", hex(answer).c_str());
-    if (answer.empty()) {
-        GRIPPER_LOG("W", "0 == read_byte_stream.size()");
+    if (!support_.answer_present(answer)) {
         return Pass::AGAIN;
     }
-    if (parent_->gripper_protocol_->compare_package(set, write_stream, answer)) {
+    if (support_.answer_matches(set, write_stream, answer)) {
         return Pass::ANSWERED;
     }
-    GRIPPER_LOG("W", "!gripper_protocol_->compare_package(set, write_stream, read_byte_stream)");
     GRIPPER_LOG("W", "set = %d", set);
     GRIPPER_LOG("W", "count = %d", count);
     GRIPPER_LOG("W", "get_wait_retry_max_count() = %d", parent_->get_wait_retry_max_count());
@@ -283,17 +201,12 @@ GripperUSBSerialportCommunicationControlPrivate::after_time_out(
     GRIPPER_LOG("W",
                 "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
     GRIPPER_LOG("W", "read_length = %d", read_length);
-    GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
-    GRIPPER_LOG("W", "count = %d", count);
-    GRIPPER_LOG("W", "available() = %d", parent_->available());
+    support_.log_wait_state(write_stream, count);
     GRIPPER_LOG("W", "get_wait_retry_max_count() = %d", max_count);
     if (count < max_count - 1) {
         std::this_thread::sleep_for(std::chrono::milliseconds(RETRY_PAUSE_MILLIS));
         return Pass::AGAIN;
     }
-    // Only the first exhausted exchange reports the read exception; later ones stay quiet.
-    if (parent_->first_exhaustion_.exchange(false)) {
-        parent_->set_communication_status(GripperCommunication::CS_READ_EXCEPTION);
-    }
+    support_.report_exhaustion();
     return Pass::STOP;
 }

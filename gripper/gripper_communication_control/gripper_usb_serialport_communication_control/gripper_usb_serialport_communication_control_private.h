@@ -6,9 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "gripper/gripper_communication_control/gripper_link_support/gripper_link_support.h"
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control.h"
 
-// The port descriptor of a serial link and the steps its open and its exchange are made of.
+// The port descriptor of a serial link and the steps its open and its exchange are made of;
+// the steps it shares with the TCP link are in support_.
 class GripperUSBSerialportCommunicationControlPrivate {
 public:
     // What one pass of an exchange (write, then wait for the answer) leads to.
@@ -18,27 +20,20 @@ public:
         GripperUSBSerialportCommunicationControl* parent);
     ~GripperUSBSerialportCommunicationControlPrivate();
 
-    // Open steps, in order; each logs its failure.
-    bool accept_parameters(const std::vector<std::string>& parameters);
+    // Open steps of the port itself, in order; each logs its failure.
     bool open_port(const std::string& path);
-    bool set_non_blocking();
     bool raise_dtr();
     bool configure_port();
     bool abandon_open();
 
-    // True while the port is open and the link is not in an exception state.
-    bool usable();
-    // Also refuses an exchange that could not be checked: no protocol or no answer length.
-    bool ready_for_exchange(int read_length);
     Pass run_pass(bool set, int read_length, const std::vector<uint8_t>& write_stream, int count,
                   std::vector<uint8_t>& answer);
 
     GripperUSBSerialportCommunicationControl* parent_;
     int fd_;
-    bool scan_;
+    GripperLinkSupport support_;
 
 private:
-    bool accept_operation(const std::string& operation);
     bool read_attributes(struct termios& termios);
     void make_raw(struct termios& termios);
     bool set_speed(struct termios& termios);

@@ -10,6 +10,9 @@
 
 #include "gripper/gripper_protocol/gripper_protocol/gripper_protocol.h"
 
+typedef GripperProtocol GP;
+typedef AbstractPackageData Record;
+
 // Bytes from text such as "01 03 02 02 00 01 24 72".
 inline std::vector<uint8_t> frame(const std::string& text) {
     std::istringstream stream(text);
@@ -21,7 +24,7 @@ inline std::vector<uint8_t> frame(const std::string& text) {
     return bytes;
 }
 
-// "01 03 02" for messages; the inverse of frame().
+// "01 03 02"; the inverse of frame().
 inline std::string hex_text(const std::vector<uint8_t>& bytes) {
     std::string text;
     char digits[4];
@@ -32,7 +35,7 @@ inline std::string hex_text(const std::vector<uint8_t>& bytes) {
     return text;
 }
 
-inline bool operator==(const AbstractPackageData& a, const AbstractPackageData& b) {
+inline bool operator==(const Record& a, const Record& b) {
     return a.package_type_ == b.package_type_ && a.id_ == b.id_ && a.version_ == b.version_ &&
            a.model_series_ == b.model_series_ && a.feedback_ == b.feedback_ &&
            a.initialize_value_ == b.initialize_value_ && a.force_value_ == b.force_value_ &&
@@ -41,7 +44,7 @@ inline bool operator==(const AbstractPackageData& a, const AbstractPackageData& 
 }
 
 // Lets GoogleTest print a record when an expectation on it fails.
-inline void PrintTo(const AbstractPackageData& data, std::ostream* out) {
+inline void PrintTo(const Record& data, std::ostream* out) {
     *out << "{type " << data.package_type_ << ", id " << static_cast<int>(data.id_) << ", version ["
          << hex_text(data.version_) << "], model " << data.model_series_ << ", feedback "
          << data.feedback_ << ", initialize " << data.initialize_value_ << ", force "
@@ -49,12 +52,29 @@ inline void PrintTo(const AbstractPackageData& data, std::ostream* out) {
          << data.speed_value_ << ", spare " << data.spare_value_ << "}";
 }
 
+inline std::string printed(const Record& data) {
+    std::ostringstream out;
+    PrintTo(data, &out);
+    return out.str();
+}
+
 // A record as a successful decode starts it: the type and id set, everything else initial.
-inline AbstractPackageData record(GripperProtocol::PackageType type, uint8_t id) {
-    AbstractPackageData data;
+inline Record record(GP::PackageType type, uint8_t id) {
+    Record data;
     data.package_type_ = type;
     data.id_ = id;
     return data;
+}
+
+// The printed record a decode of type for id gives that sets the one field named as printed
+// ("position 500", "feedback 3", "version [01 02]", "id 7"), or none ("").
+inline std::string decoded(GP::PackageType type, uint8_t id, const std::string& field) {
+    std::string text = printed(record(type, id));
+    if (!field.empty()) {
+        const size_t at = text.find(", " + field.substr(0, field.find(' ')) + " ") + 2;
+        text.replace(at, text.find_first_of(",}", at) - at, field);
+    }
+    return text;
 }
 
 #endif

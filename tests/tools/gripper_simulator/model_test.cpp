@@ -2,80 +2,71 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/tools/gripper_simulator/test_support.h"
+#include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/gripper_model.h"
 
 namespace {
 
-using namespace sim_test;
 using gripper_sim::GripperModel;
-using gripper_sim::GripperOptions;
 using gripper_sim::Motion;
 
-GripperOptions quick_options() {
-    GripperOptions options;
-    options.init_ms = 0;
-    options.full_stroke_ms = 300;
-    return options;
-}
-
-// An initialised model.
+// An initialised model with a full stroke of stroke_ms and an object at object_at (-1: none).
 class ReadyModel : public GripperModel {
 public:
-    explicit ReadyModel(const GripperOptions& options = quick_options()) : GripperModel(options) {
+    explicit ReadyModel(int stroke_ms = 300, int object_at = -1)
+        : GripperModel(options(stroke_ms, object_at)) {
         initialise();
+    }
+
+    bool settles_at(Motion motion, int position,
+                    std::chrono::milliseconds deadline = std::chrono::seconds(10)) const {
+        return wait_until([&] { return Motion::moving != this->motion(); }, deadline) &&
+               motion == this->motion() && position == this->position();
+    }
+
+private:
+    static gripper_sim::GripperOptions options(int stroke_ms, int object_at) {
+        gripper_sim::GripperOptions options;
+        options.init_ms = 0;
+        options.full_stroke_ms = stroke_ms;
+        options.object_at = object_at;
+        return options;
     }
 };
 
-bool settles_at(const GripperModel& model, Motion motion, int position) {
-    return wait_until([&] { return model.motion() != Motion::moving; }) &&
-           model.motion() == motion && model.position() == position;
-}
-
+// A full stroke at speed 100 takes 200 ms, at speed 20 (or in slow mode) a second; speeds below
+// twenty move at twenty.
 TEST(GripperModel, LowerSpeedMovesMoreSlowlyAndSlowModeOverridesSpeed) {
-    GripperOptions options = quick_options();
-    options.full_stroke_ms = 200;
-    ReadyModel fast(options);
-    ReadyModel slow(options);
-    ReadyModel crawling(options);
+    ReadyModel fast(200), slow(200), crawling(200), stalled(200);
     slow.set_speed(20);
     crawling.set_slow(true);
-    fast.set_target(1000);
-    slow.set_target(1000);
-    crawling.set_target(1000);
-    ASSERT_TRUE(settles_at(fast, Motion::arrived, 1000));
-    EXPECT_EQ(slow.motion(), Motion::moving);
-    EXPECT_LT(slow.position(), 1000);
-    EXPECT_EQ(crawling.motion(), Motion::moving);
-    EXPECT_TRUE(settles_at(slow, Motion::arrived, 1000));
-}
-
-TEST(GripperModel, SpeedsBelowTwentyMoveAtTwenty) {
-    GripperOptions options = quick_options();
-    options.full_stroke_ms = 100;
-    ReadyModel stalled(options);
     stalled.set_speed(0);
-    stalled.set_target(1000);
-    EXPECT_TRUE(settles_at(stalled, Motion::arrived, 1000));
+    for (ReadyModel* model : {&fast, &slow, &crawling, &stalled}) {
+        model->set_target(1000);
+    }
+    ASSERT_TRUE(fast.settles_at(Motion::arrived, 1000));
+    EXPECT_EQ(Motion::moving, slow.motion());
+    EXPECT_LT(slow.position(), 1000);
+    EXPECT_EQ(Motion::moving, crawling.motion());
+    EXPECT_TRUE(slow.settles_at(Motion::arrived, 1000));
+    EXPECT_TRUE(stalled.settles_at(Motion::arrived, 1000, std::chrono::milliseconds(300)));
 }
 
 TEST(GripperModel, TargetsAreClampedToTheStroke) {
     ReadyModel model;
     model.set_target(5000);
-    EXPECT_EQ(model.target(), 1000);
+    EXPECT_EQ(1000, model.target());
     model.set_target(-20);
-    EXPECT_EQ(model.target(), 0);
+    EXPECT_EQ(0, model.target());
 }
 
 TEST(GripperModel, FingersLeaveAHeldObjectWhenOpening) {
-    GripperOptions options = quick_options();
-    options.object_at = 300;
-    ReadyModel model(options);
+    ReadyModel model(300, 300);
     model.set_target(1000);
-    ASSERT_TRUE(settles_at(model, Motion::detected, 300));
+    ASSERT_TRUE(model.settles_at(Motion::detected, 300));
     EXPECT_TRUE(model.snapshot().object_held);
     model.set_target(0);
-    EXPECT_TRUE(settles_at(model, Motion::arrived, 0));
+    EXPECT_TRUE(model.settles_at(Motion::arrived, 0));
     EXPECT_FALSE(model.snapshot().object_held);
     EXPECT_FALSE(model.drop());
 }
@@ -86,22 +77,20 @@ TEST(GripperModel, ObjectsPlacedOnTheWayStopTheFingersAndOnesBehindDoNot) {
     ASSERT_TRUE(wait_until([&] { return model.position() > 100; }));
     model.set_object(50);
     model.set_object(900);
-    EXPECT_TRUE(settles_at(model, Motion::detected, 900));
+    EXPECT_TRUE(model.settles_at(Motion::detected, 900));
     model.set_object(-1);
-    EXPECT_TRUE(settles_at(model, Motion::arrived, 1000));
+    EXPECT_TRUE(model.settles_at(Motion::arrived, 1000));
 }
 
 TEST(GripperModel, InitialisationStopsTheFingersAndClearsADrop) {
-    GripperOptions options = quick_options();
-    options.object_at = 200;
-    ReadyModel model(options);
+    ReadyModel model(300, 200);
     model.set_target(1000);
-    ASSERT_TRUE(settles_at(model, Motion::detected, 200));
+    ASSERT_TRUE(model.settles_at(Motion::detected, 200));
     ASSERT_TRUE(model.drop());
-    EXPECT_EQ(model.motion(), Motion::dropped);
+    EXPECT_EQ(Motion::dropped, model.motion());
     model.initialise();
-    EXPECT_EQ(model.motion(), Motion::arrived);
-    EXPECT_EQ(model.target(), 200);
+    EXPECT_EQ(Motion::arrived, model.motion());
+    EXPECT_EQ(200, model.target());
 }
 
 }  // namespace

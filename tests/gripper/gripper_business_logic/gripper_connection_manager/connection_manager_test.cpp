@@ -4,24 +4,21 @@
 #include <string>
 #include <vector>
 
-#include "tests/gripper/gripper_business_logic/gripper_connection_manager/connection_recorder.h"
 #include "tests/test_support/log_capture.h"
+#include "tests/test_support/recording_observer.h"
 #include "tools/gripper_simulator/simulator.h"
 
 namespace {
 
+typedef GripperCommunication GC;
 typedef std::vector<std::string> Names;
 
 // A link type and the parameters that reach one gripper over it.
 struct Link {
     std::string name;
-    GripperCommunication::CommunicationConnection connection;
+    GC::CommunicationConnection connection;
     std::vector<std::string> parameters;
 };
-
-long count(const Names& names, const std::string& name) {
-    return std::count(names.begin(), names.end(), name);
-}
 
 // The manager is process-wide: every test destroys what it created and unregisters its
 // observer. Destroyed drivers stay allocated by design; the test frees them at the end.
@@ -31,36 +28,27 @@ protected:
 
     void TearDown() override {
         manager_.remove_notify_interface(&recorder_);
-        for (const ConnectionRecorder::Event& event : recorder_.events()) {
+        for (const RecordingObserver::Event& event : recorder_.entries()) {
             if ("create" == event.name) {
                 delete event.control;
             }
         }
     }
 
-    Link modbus_pty(gripper_sim::Fault fault = gripper_sim::Fault::none) {
-        const int gripper = simulator_.add_modbus_pty(gripper_sim::GripperOptions());
-        simulator_.set_fault(gripper, fault);
-        return Link{"modbus pty",
-                    GripperCommunication::CC_USB_SERIALPORT,
-                    {"CO_MANUAL", simulator_.endpoint(gripper)}};
-    }
-
-    Link custom_pty() {
-        const int gripper = simulator_.add_custom_pty(gripper_sim::GripperOptions());
-        return Link{"custom pty",
-                    GripperCommunication::CC_USB_SERIALPORT,
-                    {"CO_MANUAL", simulator_.endpoint(gripper)}};
-    }
-
-    Link custom_tcp(gripper_sim::Fault fault = gripper_sim::Fault::none) {
+    // A simulated gripper, "modbus pty", "custom pty" or "custom tcp", and the link to it.
+    Link gripper(const std::string& kind, gripper_sim::Fault fault = gripper_sim::Fault::none) {
         gripper_sim::GripperOptions options;
-        options.position_max = 100;
-        const int gripper = simulator_.add_custom_tcp(options);
-        simulator_.set_fault(gripper, fault);
-        return Link{"custom tcp",
-                    GripperCommunication::CC_TCP_CLIENT,
-                    {"CO_MANUAL", "127.0.0.1", std::to_string(simulator_.tcp_port(gripper))}};
+        options.position_max = ("custom tcp" == kind) ? 100 : 1000;
+        const int n = ("modbus pty" == kind)   ? simulator_.add_modbus_pty(options)
+                      : ("custom pty" == kind) ? simulator_.add_custom_pty(options)
+                                               : simulator_.add_custom_tcp(options);
+        simulator_.set_fault(n, fault);
+        if ("custom tcp" == kind) {
+            return {kind,
+                    GC::CC_TCP_CLIENT,
+                    {"CO_MANUAL", "127.0.0.1", std::to_string(simulator_.tcp_port(n))}};
+        }
+        return {kind, GC::CC_USB_SERIALPORT, {"CO_MANUAL", simulator_.endpoint(n)}};
     }
 
     // Connects, checks the order of the announcements, then disconnects and checks again.
@@ -68,41 +56,38 @@ protected:
         const size_t first = recorder_.size();
         GripperLogicControl* driver = manager_.create(&recorder_, link.connection, link.parameters);
         ASSERT_NE(nullptr, driver);
-        const Names connecting = recorder_.names(first);
+        const Names connecting = recorder_.events(first);
         EXPECT_EQ("create", connecting.front());
         EXPECT_EQ("CS_CONNECTED", connecting.back());
-        EXPECT_EQ(1, count(connecting, "CS_CONNECTED"));
+        EXPECT_EQ(1, std::count(connecting.begin(), connecting.end(), "CS_CONNECTED"));
         // Learnt by the read-back before the connection is announced.
-        EXPECT_EQ(1, count(connecting, "GS_INACTIVATE"));
-        EXPECT_EQ(GripperCommunication::CS_CONNECTED, driver->get_communication_status());
+        EXPECT_EQ(1, std::count(connecting.begin(), connecting.end(), "GS_INACTIVATE"));
+        EXPECT_EQ(GC::CS_CONNECTED, driver->get_communication_status());
 
         const size_t disconnect_from = recorder_.size();
         EXPECT_TRUE(manager_.destroy(driver));
         EXPECT_EQ((Names{"GS_UNDEFINE", "CS_DISCONNECTED", "destroy"}),
-                  recorder_.names(disconnect_from));
-        EXPECT_EQ(GripperCommunication::CS_DISCONNECTED, driver->get_communication_status());
+                  recorder_.events(disconnect_from));
+        EXPECT_EQ(GC::CS_DISCONNECTED, driver->get_communication_status());
         EXPECT_EQ(GripperLogicControl::GS_UNDEFINE, driver->get_gripper_status());
     }
 
     GripperConnectionManager& manager_ = GripperConnectionManager::instance();
     LogCapture log_;
     gripper_sim::Simulator simulator_;
-    ConnectionRecorder recorder_;
+    RecordingObserver recorder_{false};
 };
 
 }  // namespace
 
 TEST_F(ConnectionManagerTest, LinkTypeWithoutALinkClassCreatesNothingAndTellsNobody) {
-    const std::vector<GripperCommunication::CommunicationConnection> connections = {
-        GripperCommunication::CC_FIXED_PORT, GripperCommunication::CC_UNDEFINE};
-    for (GripperCommunication::CommunicationConnection connection : connections) {
-        const std::string name =
-            GripperCommunication::communication_connection_to_string(connection);
+    for (GC::CommunicationConnection connection : {GC::CC_FIXED_PORT, GC::CC_UNDEFINE}) {
         log_.clear();
         EXPECT_EQ(nullptr, manager_.create(&recorder_, connection, {"CO_MANUAL", "/dev/ttyUSB0"}));
         EXPECT_EQ((Names{"W GripperCommunication::CommunicationConnection::CC_UNDEFINE",
-                         "W NULL == device", "W connection = " + name, "W iter = CO_MANUAL",
-                         "W iter = /dev/ttyUSB0"}),
+                         "W NULL == device",
+                         "W connection = " + GC::communication_connection_to_string(connection),
+                         "W iter = CO_MANUAL", "W iter = /dev/ttyUSB0"}),
                   log_.lines());
     }
     EXPECT_EQ(0u, recorder_.size());
@@ -112,11 +97,9 @@ TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrde
     const Names silent = {"create", "CS_READ_EXCEPTION", "CS_CONNECT_FAILURE", "CS_DISCONNECTED",
                           "destroy"};
     const std::vector<std::pair<Link, Names>> failing = {
-        {modbus_pty(gripper_sim::Fault::silent), silent},
-        {custom_tcp(gripper_sim::Fault::silent), silent},
-        {Link{"missing port",
-              GripperCommunication::CC_USB_SERIALPORT,
-              {"CO_MANUAL", "/dev/no_such_port"}},
+        {gripper("modbus pty", gripper_sim::Fault::silent), silent},
+        {gripper("custom tcp", gripper_sim::Fault::silent), silent},
+        {{"missing port", GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}},
          {"create", "CS_CONNECT_FAILURE", "CS_DISCONNECTED", "destroy"}},
     };
     for (const std::pair<Link, Names>& attempt : failing) {
@@ -125,8 +108,8 @@ TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrde
         log_.clear();
         EXPECT_EQ(nullptr,
                   manager_.create(&recorder_, attempt.first.connection, attempt.first.parameters));
-        EXPECT_EQ(attempt.second, recorder_.names(first));
-        const std::vector<ConnectionRecorder::Event> events = recorder_.events();
+        EXPECT_EQ(attempt.second, recorder_.events(first));
+        const std::vector<RecordingObserver::Event> events = recorder_.entries();
         for (size_t index = first; index < events.size(); ++index) {
             EXPECT_EQ(events[first].control, events[index].control) << events[index].name;
         }
@@ -136,30 +119,28 @@ TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrde
 }
 
 TEST_F(ConnectionManagerTest, ConnectsAndDisconnectsOverEveryLinkAndReconnects) {
-    const std::vector<Link> links = {modbus_pty(), custom_pty(), custom_tcp()};
-    for (const Link& link : links) {
-        SCOPED_TRACE(link.name);
+    for (const char* kind : {"modbus pty", "custom pty", "custom tcp"}) {
+        SCOPED_TRACE(kind);
+        const Link link = gripper(kind);
         connect_and_disconnect(link);
         connect_and_disconnect(link);
     }
 }
 
-TEST_F(ConnectionManagerTest, ObserversAreAddedOnceAndCanBeRemoved) {
-    ConnectionRecorder other;
+TEST_F(ConnectionManagerTest, ObserversAreAddedOnceAndDestroyOfNothingIsRefused) {
+    RecordingObserver other(false);
     manager_.add_notify_interface(&recorder_);
     manager_.add_notify_interface(&other);
     manager_.remove_notify_interface(&other);
     manager_.remove_notify_interface(&other);
 
     // Without an observer of its own the driver's status changes reach nobody.
-    EXPECT_EQ(nullptr, manager_.create(nullptr, GripperCommunication::CC_USB_SERIALPORT,
-                                       {"CO_MANUAL", "/dev/no_such_port"}));
-    EXPECT_EQ((Names{"create", "destroy"}), recorder_.names());
+    EXPECT_EQ(nullptr,
+              manager_.create(nullptr, GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}));
+    EXPECT_EQ((Names{"create", "destroy"}), recorder_.events());
     EXPECT_EQ(0u, other.size());
-}
 
-TEST_F(ConnectionManagerTest, DestroyOfNothingIsRefused) {
     EXPECT_FALSE(manager_.destroy(nullptr));
     EXPECT_TRUE(log_.contains("NULL == device"));
-    EXPECT_EQ(0u, recorder_.size());
+    EXPECT_EQ(2u, recorder_.size());
 }

@@ -1,5 +1,8 @@
-// Four grippers driven at once from several threads while their update threads run and one of
-// them is connected and disconnected over and over.
+// Four grippers (three Modbus on pseudo-terminals, one custom over TCP), each connected through the
+// connection manager and held in its own registry slot, driven at once from several threads while
+// their update threads run and one of them is connected and disconnected over and over.
+#include <gtest/gtest.h>
+
 #include <atomic>
 #include <cmath>
 #include <cstdio>
@@ -7,7 +10,11 @@
 #include <functional>
 #include <thread>
 
-#include "tests/gripper/gripper_business_logic/gripper_stress/stress_fixture.h"
+#include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
+#include "gripper_main/business_logic/gripper_global/gripper_global.h"
+#include "tests/test_support/recording_observer.h"
+#include "tests/test_support/wait_until.h"
+#include "tools/gripper_simulator/simulator.h"
 
 namespace {
 
@@ -23,32 +30,14 @@ const int COMMAND_ROUNDS = 100000;
 const int RECONNECT_CYCLES = 400;
 #endif
 
+const int GRIPPER_COUNT = 4;
 const int WORKER_COUNT = 4;
 // Slots 0, 1 and 3 stay connected; slot 2 is connected and disconnected by its own thread.
 const int STABLE[] = {0, 1, 3};
-const int STABLE_COUNT = sizeof(STABLE) / sizeof(STABLE[0]);
 const int CYCLING = 2;
-
 // Update cycles that must have read each stable gripper's position back during the phase.
 const long MINIMUM_UPDATE_CYCLES = 3;
-
-const std::chrono::seconds PHASE_DEADLINE(300);
-const std::chrono::seconds ARRIVAL_DEADLINE(30);
-
-// Counts operations and the ones that failed, from any thread.
-class Tally {
-public:
-    void add(bool succeeded) {
-        ++issued_;
-        failed_ += succeeded ? 0 : 1;
-    }
-    long issued() const { return issued_; }
-    long failed() const { return failed_; }
-
-private:
-    std::atomic<long> issued_{0};
-    std::atomic<long> failed_{0};
-};
+const std::chrono::seconds DEADLINE(30);
 
 // Runs every job on a thread of its own and joins them all. A thread still running at the
 // deadline has hung; it cannot be joined, so the process ends with a message.
@@ -61,7 +50,8 @@ void run_together(const std::vector<std::function<void()>>& jobs) {
             ++finished;
         });
     }
-    if (!wait_until([&] { return static_cast<int>(jobs.size()) == finished; }, PHASE_DEADLINE)) {
+    if (!wait_until([&] { return static_cast<int>(jobs.size()) == finished; },
+                    std::chrono::seconds(300))) {
         std::fprintf(stderr, "hang: %d of %d threads finished\n", finished.load(),
                      static_cast<int>(jobs.size()));
         std::abort();
@@ -71,152 +61,208 @@ void run_together(const std::vector<std::function<void()>>& jobs) {
     }
 }
 
-}  // namespace
-
-class GripperStressTest : public StressFixture {
+class GripperStressTest : public ::testing::Test {
 protected:
-    // One command or one round of reads, chosen by the round number.
-    void command(GripperLogicControl* control, int round) {
+    void SetUp() override {
+        GripperConnectionManager::instance().add_notify_interface(&manager_events_);
+        ASSERT_TRUE(GripperGlobal::instance().vector_device().empty());
+        for (int index = 0; index < GRIPPER_COUNT; ++index) {
+            gripper_sim::GripperOptions options;
+            options.id = index + 1;
+            options.position_max = tcp(index) ? 100 : 1000;
+            options.init_ms = 100;
+            options.full_stroke_ms = 400;
+            const int n = tcp(index) ? simulator_.add_custom_tcp(options)
+                                     : simulator_.add_modbus_pty(options);
+            grippers_.push_back(n);
+            links_.push_back(tcp(index)
+                                 ? std::vector<std::string>{"CO_MANUAL", "127.0.0.1",
+                                                            std::to_string(simulator_.tcp_port(n))}
+                                 : std::vector<std::string>{"CO_MANUAL", simulator_.endpoint(n)});
+            slots_.push_back(GripperGlobal::insert_device());
+            ASSERT_TRUE(GripperGlobal::instance().add_device(slots_.back()));
+        }
+    }
+
+    void TearDown() override {
+        for (size_t index = 0; index < slots_.size(); ++index) {
+            disconnect(index);
+            GripperGlobal::instance().remove_device(slots_[index]);
+            delete slots_[index];
+        }
+        GripperConnectionManager::instance().remove_notify_interface(&manager_events_);
+    }
+
+    static bool tcp(int index) { return 3 == index; }
+
+    // The driver of a slot, looked up through the registry as the script commands do.
+    GLC* driver(int index) {
+        return GripperGlobal::instance().get_device(index)->gripper_abstract_control_;
+    }
+
+    bool connect(int index) {
+        slots_[index]->gripper_abstract_control_ = GripperConnectionManager::instance().create(
+            &observers_[index],
+            tcp(index) ? GripperCommunication::CC_TCP_CLIENT
+                       : GripperCommunication::CC_USB_SERIALPORT,
+            links_[index]);
+        return nullptr != slots_[index]->gripper_abstract_control_;
+    }
+
+    // Destroys the slot's driver through the manager and deletes it; true when none was there.
+    bool disconnect(int index) {
+        GLC* control = slots_[index]->gripper_abstract_control_;
+        slots_[index]->gripper_abstract_control_ = nullptr;
+        const bool destroyed =
+            nullptr == control || GripperConnectionManager::instance().destroy(control);
+        delete control;
+        return destroyed;
+    }
+
+    // True when condition holds for every slot, within the deadline.
+    bool all(const std::function<bool(int)>& condition) {
+        return wait_until(
+            [&] {
+                for (int index = 0; index < GRIPPER_COUNT; ++index) {
+                    if (!condition(index)) {
+                        return false;
+                    }
+                }
+                return true;
+            },
+            DEADLINE);
+    }
+
+    long frames(int index) { return simulator_.snapshot(grippers_[index]).frames_received; }
+
+    // One command or one round of reads, chosen by the round number; true when it succeeded.
+    static bool command(GLC* control, int round) {
         switch (round % 4) {
             case 0:
-                commands_.add(control->set_position(static_cast<float>(round % 101)));
-                break;
+                return control->set_position(static_cast<float>(round % 101));
             case 1:
-                commands_.add(control->set_force(20 + round % 81));
-                break;
+                return control->set_force(20 + round % 81);
             case 2:
-                commands_.add(control->support_speed() ? control->set_speed(20 + round % 81)
-                                                       : readings_sane(control));
-                break;
+                return control->support_speed() ? control->set_speed(20 + round % 81)
+                                                : readings_sane(control);
             default:
-                commands_.add(readings_sane(control));
-                break;
+                return readings_sane(control);
         }
     }
 
     // The values a page would show are within their ranges and the gripper is usable.
-    static bool readings_sane(GripperLogicControl* control) {
+    static bool readings_sane(GLC* control) {
         const float position = control->get_position();
-        const int force = control->get_force();
-        const int speed = control->get_speed();
         const GLC::GripperStatus status = control->get_gripper_status();
         return position >= control->get_position_min() && position <= control->get_position_max() &&
-               force >= 0 && force <= 100 && speed >= 0 && speed <= 100 &&
+               control->get_force() >= 0 && control->get_force() <= 100 &&
+               control->get_speed() >= 0 && control->get_speed() <= 100 &&
                (GLC::GS_ACTIVATED == status || GLC::GS_MOVING == status ||
                 GLC::GS_ARRIVED == status) &&
                GripperCommunication::CS_CONNECTED == control->get_communication_status();
-    }
-
-    void work(int worker) {
-        for (int round = 0; round < COMMAND_ROUNDS; ++round) {
-            command(driver(STABLE[(worker + round) % STABLE_COUNT]), worker + round);
-        }
-    }
-
-    // Disconnects and connects the cycling gripper again, moving it after every connection.
-    void cycle() {
-        for (int round = 0; round < RECONNECT_CYCLES; ++round) {
-            cycles_.add(disconnect(CYCLING));
-            cycles_.add(connect(CYCLING));
-            GripperLogicControl* control = slots_[CYCLING]->gripper_abstract_control_;
-            cycles_.add(nullptr != control && control->set_position(round % 2 ? 70.0f : 30.0f));
-        }
-    }
-
-    void run_phase() {
-        std::vector<std::function<void()>> jobs;
-        for (int worker = 0; worker < WORKER_COUNT; ++worker) {
-            jobs.push_back([this, worker] { work(worker); });
-        }
-        jobs.push_back([this] { cycle(); });
-        run_together(jobs);
-    }
-
-    static float final_position(int index) { return 20.0f + 20.0f * static_cast<float>(index); }
-
-    int final_register(int index) const {
-        return static_cast<int>(
-            std::lround(final_position(index) / 100.0f * plans_[index].position_max));
-    }
-
-    bool arrived_at_final_position(int index) {
-        GripperLogicControl* control = driver(index);
-        return GLC::GS_ARRIVED == control->get_gripper_status() &&
-               std::fabs(control->get_position() - final_position(index)) < 0.05f &&
-               final_register(index) == simulator_.snapshot(grippers_[index]).position;
-    }
-
-    void expect_final_arrivals() {
-        for (int index = 0; index < GRIPPER_COUNT; ++index) {
-            GripperLogicControl* control = driver(index);
-            ASSERT_NE(nullptr, control) << "slot " << index;
-            EXPECT_TRUE(!control->support_speed() || control->set_speed(100)) << "slot " << index;
-            EXPECT_TRUE(control->set_position(final_position(index))) << "slot " << index;
-        }
-        for (int index = 0; index < GRIPPER_COUNT; ++index) {
-            EXPECT_TRUE(
-                wait_until([&] { return arrived_at_final_position(index); }, ARRIVAL_DEADLINE))
-                << "slot " << index << " status "
-                << GLC::gripper_status_to_string(driver(index)->get_gripper_status());
-        }
     }
 
     // Position notifications per slot. While the workers run, only update cycles read the
     // position back, so these count the cycles that got their turn.
     std::vector<long> position_notifications() {
         std::vector<long> counts;
-        for (int index = 0; index < GRIPPER_COUNT; ++index) {
-            long count = 0;
-            for (const std::string& event : observers_[index].events()) {
-                count += (0 == event.compare(0, 9, "position ")) ? 1 : 0;
-            }
-            counts.push_back(count);
+        for (const RecordingObserver& observer : observers_) {
+            const std::vector<std::string> events = observer.events();
+            counts.push_back(std::count_if(events.begin(), events.end(), [](const std::string& e) {
+                return 0 == e.compare(0, 9, "position ");
+            }));
         }
         return counts;
     }
 
-    void expect_update_cycles_since(const std::vector<long>& before) {
-        const std::vector<long> after = position_notifications();
-        for (int index : STABLE) {
-            EXPECT_GE(after[index] - before[index], MINIMUM_UPDATE_CYCLES) << "slot " << index;
-        }
-    }
-
-    void expect_link_notifications() {
-        for (int index = 0; index < GRIPPER_COUNT; ++index) {
-            const int connections = (CYCLING == index) ? RECONNECT_CYCLES + 1 : 1;
-            EXPECT_EQ(connections, observers_[index].count("CS_CONNECTED")) << "slot " << index;
-            EXPECT_EQ(connections - 1, observers_[index].count("CS_DISCONNECTED"))
-                << "slot " << index;
-            EXPECT_FALSE(observers_[index].seen("CS_READ_EXCEPTION")) << "slot " << index;
-            EXPECT_FALSE(observers_[index].seen("CS_WRITE_EXCEPTION")) << "slot " << index;
-        }
-    }
-
-    Tally commands_;
-    Tally cycles_;
+    gripper_sim::Simulator simulator_;
+    RecordingObserver manager_events_;
+    RecordingObserver observers_[GRIPPER_COUNT];
+    std::vector<int> grippers_;  // simulator numbers, by slot
+    std::vector<std::vector<std::string>> links_;
+    std::vector<GripperDevice*> slots_;
+    std::atomic<long> failed_commands_{0};
+    std::atomic<long> failed_cycles_{0};
 };
 
+}  // namespace
+
 TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconnects) {
-    ASSERT_TRUE(connect_all());
-    ASSERT_TRUE(activate_all());
-    // Once a gripper has been seen arrived, its update thread follows moves every 100 ms.
-    ASSERT_TRUE(arrive_all(50.0f));
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        ASSERT_TRUE(connect(index) && driver(index)->set_activate()) << "slot " << index;
+    }
+    ASSERT_TRUE(
+        all([this](int i) { return GLC::GS_ACTIVATED == driver(i)->get_gripper_status(); }));
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        ASSERT_TRUE(driver(index)->set_position(50.0f)) << "slot " << index;
+    }
+    ASSERT_TRUE(all([this](int i) { return GLC::GS_ARRIVED == driver(i)->get_gripper_status(); }));
+    // Once a gripper's update thread has run a cycle in GS_ARRIVED (seen as frames the simulator
+    // receives after the arrival, when nothing else talks to it), it follows moves every 100 ms.
+    long arrived[GRIPPER_COUNT];
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        arrived[index] = frames(index);
+    }
+    ASSERT_TRUE(all([&](int i) { return frames(i) >= arrived[i] + 2; }));
 
     const std::vector<long> positions_before = position_notifications();
-    run_phase();
-    expect_update_cycles_since(positions_before);
+    std::vector<std::function<void()>> jobs;
+    for (int worker = 0; worker < WORKER_COUNT; ++worker) {
+        jobs.push_back([this, worker] {
+            for (int round = 0; round < COMMAND_ROUNDS; ++round) {
+                failed_commands_ +=
+                    command(driver(STABLE[(worker + round) % 3]), worker + round) ? 0 : 1;
+            }
+        });
+    }
+    // Disconnects and connects the cycling gripper again, moving it after every connection.
+    jobs.push_back([this] {
+        for (int round = 0; round < RECONNECT_CYCLES; ++round) {
+            const bool cycled = disconnect(CYCLING) && connect(CYCLING) &&
+                                driver(CYCLING)->set_position(round % 2 ? 70.0f : 30.0f);
+            failed_cycles_ += cycled ? 0 : 1;
+        }
+    });
+    run_together(jobs);
+    const std::vector<long> positions_after = position_notifications();
+    for (int index : STABLE) {
+        EXPECT_GE(positions_after[index] - positions_before[index], MINIMUM_UPDATE_CYCLES)
+            << "slot " << index;
+    }
+    EXPECT_EQ(0, failed_commands_.load());
+    EXPECT_EQ(0, failed_cycles_.load());
 
-    EXPECT_EQ(WORKER_COUNT * COMMAND_ROUNDS, commands_.issued());
-    EXPECT_EQ(0, commands_.failed());
-    // Each reconnection round is a disconnection, a connection and a move.
-    EXPECT_EQ(3 * RECONNECT_CYCLES, cycles_.issued());
-    EXPECT_EQ(0, cycles_.failed());
-    expect_final_arrivals();
-    expect_link_notifications();
+    // Every gripper, the reconnected one too, still follows a move to its final position.
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        GLC* control = driver(index);
+        ASSERT_NE(nullptr, control) << "slot " << index;
+        EXPECT_TRUE(!control->support_speed() || control->set_speed(100)) << "slot " << index;
+        EXPECT_TRUE(control->set_position(20.0f + 20.0f * index)) << "slot " << index;
+    }
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        const float position = 20.0f + 20.0f * index;
+        const int reg =
+            static_cast<int>(std::lround(position / 100.0f * (tcp(index) ? 100 : 1000)));
+        EXPECT_TRUE(wait_until(
+            [&] {
+                return GLC::GS_ARRIVED == driver(index)->get_gripper_status() &&
+                       std::fabs(driver(index)->get_position() - position) < 0.05f &&
+                       reg == simulator_.snapshot(grippers_[index]).position;
+            },
+            DEADLINE))
+            << "slot " << index << " status "
+            << GLC::gripper_status_to_string(driver(index)->get_gripper_status());
+    }
 
-    EXPECT_TRUE(disconnect_all());
-    EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.creates());
-    EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.destroys());
+    for (int index = 0; index < GRIPPER_COUNT; ++index) {
+        const int connections = (CYCLING == index) ? RECONNECT_CYCLES + 1 : 1;
+        EXPECT_EQ(connections, observers_[index].count("CS_CONNECTED")) << "slot " << index;
+        EXPECT_EQ(connections - 1, observers_[index].count("CS_DISCONNECTED")) << "slot " << index;
+        EXPECT_FALSE(observers_[index].seen("CS_READ_EXCEPTION")) << "slot " << index;
+        EXPECT_FALSE(observers_[index].seen("CS_WRITE_EXCEPTION")) << "slot " << index;
+        EXPECT_TRUE(disconnect(index)) << "slot " << index;
+    }
+    EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.count("create"));
+    EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.count("destroy"));
     EXPECT_TRUE(manager_events_.alternate());
 }

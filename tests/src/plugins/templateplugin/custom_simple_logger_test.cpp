@@ -10,7 +10,6 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
-#include <array>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -23,40 +22,28 @@ namespace {
 const char kLogFile[] = "zanther_gripper_log.log";
 const qint64 kLogFileMaxSize = 10485760;
 
-struct Received {
-    QtMsgType type;
-    QString category;
-    QString file;
-    int line;
-    QString message;
-};
-
 std::mutex g_received_mutex;
-std::vector<Received> g_received;
+std::vector<std::string> g_received;  // "<type> <message>" of each message the handler got
+std::string g_context;                // "<category> <file>:<line>" of the last one
 
 void record_message(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     std::lock_guard<std::mutex> lock(g_received_mutex);
-    g_received.push_back({type, QString::fromUtf8(context.category),
-                          QString::fromUtf8(context.file), context.line, message});
+    g_received.push_back(std::to_string(type) + " " + message.toStdString());
+    g_context = QStringLiteral("%1 %2:%3")
+                    .arg(QString::fromUtf8(context.category), QString::fromUtf8(context.file))
+                    .arg(context.line)
+                    .toStdString();
 }
 
-std::vector<Received> received() {
+std::vector<std::string> received() {
     std::lock_guard<std::mutex> lock(g_received_mutex);
     return g_received;
-}
-
-void clear_received() {
-    std::lock_guard<std::mutex> lock(g_received_mutex);
-    g_received.clear();
 }
 
 // The lines of the log file; every line must end with "\r\n" and hold no other line break.
 QStringList log_lines() {
     QFile file(QString::fromLatin1(kLogFile));
-    if (!file.open(QIODevice::ReadOnly)) {
-        ADD_FAILURE() << "no log file";
-        return QStringList();
-    }
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << "no log file";
     const QByteArray content = file.readAll();
     EXPECT_TRUE(content.endsWith("\r\n"));
     EXPECT_EQ(content.count('\n'), content.count("\r\n"));
@@ -64,10 +51,6 @@ QStringList log_lines() {
     QStringList lines = QString::fromUtf8(content).split(QStringLiteral("\r\n"));
     lines.removeLast();
     return lines;
-}
-
-qint64 log_size() {
-    return QFileInfo(QString::fromLatin1(kLogFile)).size();
 }
 
 // Splits a log line into its time, tag and message; fails when the line has another form.
@@ -87,48 +70,8 @@ LogLine parse(const QString& line) {
             match.captured(2), match.captured(3)};
 }
 
-QDateTime now_to_the_second() {
-    QDateTime now = QDateTime::currentDateTime();
-    return now.addMSecs(-now.time().msec());
-}
-
 void write_message(QtMsgType type, const QString& message) {
     outputMessage(type, QMessageLogContext(), message);
-}
-
-// Logs kLinesPerThread lines from each of kThreadCount threads, all of the same size.
-const int kThreadCount = 8;
-const int kLinesPerThread = 500;
-
-void log_from_threads(const std::string& padding) {
-    std::vector<std::thread> threads;
-    for (int t = 0; t < kThreadCount; ++t) {
-        threads.emplace_back([t, &padding] {
-            for (int n = 0; n < kLinesPerThread; ++n) {
-                GRIPPER_LOG("D", "thread %d line %03d %s", t, n, padding.c_str());
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
-
-struct ThreadLine {
-    int thread;
-    int number;
-};
-
-// Parses a whole line written by log_from_threads; fails the test when it is not one.
-ThreadLine parse_thread_line(const QString& line, int padding_size) {
-    static const QRegularExpression form(
-        QStringLiteral("^\"D_.*_\\d+:thread ([0-7]) line (\\d{3}) (p+)\"$"));
-    const LogLine log_line = parse(line);
-    EXPECT_EQ(QStringLiteral("[DEBUG]"), log_line.tag);
-    const QRegularExpressionMatch match = form.match(log_line.message);
-    EXPECT_TRUE(match.hasMatch()) << line.toStdString();
-    EXPECT_EQ(padding_size, match.capturedLength(3));
-    return {match.captured(1).toInt(), match.captured(2).toInt()};
 }
 
 // Every test runs in its own empty directory, since the log file lies in the current one, and
@@ -151,7 +94,8 @@ protected:
         register_simple_logger(nullptr);
         qInstallMessageHandler(nullptr);
         g_default_qt_message_halder_ = nullptr;
-        clear_received();
+        std::lock_guard<std::mutex> lock(g_received_mutex);
+        g_received.clear();
     }
 
     QTemporaryDir dir_;
@@ -165,22 +109,19 @@ TEST_F(QtLoggingTest, BackEndEmitsOneQuotedDebugMessageOfTheDefaultCategory) {
 
     simple_logger("E", "some/file.cpp", 123, "value %d of %s, %s", 42, "x", long_text.c_str());
 
-    const std::vector<Received> got = received();
-    ASSERT_EQ(1u, got.size());
-    EXPECT_EQ(QtDebugMsg, got[0].type);
-    EXPECT_EQ(QStringLiteral("default"), got[0].category);
-    EXPECT_EQ(QStringLiteral("some/file.cpp"), got[0].file);
-    EXPECT_EQ(123, got[0].line);
-    const QString expected = QStringLiteral("\"E_some/file.cpp_123:value 42 of x, ") +
-                             QString::fromStdString(long_text) + QStringLiteral("\"");
-    EXPECT_EQ(expected, got[0].message);
+    // A debug message (type 0) of the default category.
+    EXPECT_EQ(
+        std::vector<std::string>{"0 \"E_some/file.cpp_123:value 42 of x, " + long_text + "\""},
+        received());
+    EXPECT_EQ("default some/file.cpp:123", g_context);
     EXPECT_FALSE(QFile::exists(QString::fromLatin1(kLogFile)));
 }
 
 TEST_F(QtLoggingTest, WritesLocalTimeTagAndMessageAsOneLine) {
     install_gripper_logging();
     g_default_qt_message_halder_ = nullptr;
-    const QDateTime before = now_to_the_second();
+    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime before = now.addMSecs(-now.time().msec());
 
     const unsigned int line = __LINE__ + 1;
     GRIPPER_LOG("W", "count = %d, name = %s", 7, "gripper");
@@ -199,36 +140,20 @@ TEST_F(QtLoggingTest, WritesLocalTimeTagAndMessageAsOneLine) {
 }
 
 TEST_F(QtLoggingTest, TagsEachMessageType) {
-    const QtMsgType other = static_cast<QtMsgType>(QtInfoMsg + 1);
-    const std::array<std::pair<QtMsgType, const char*>, 6> types = {{{QtDebugMsg, "[DEBUG]"},
-                                                                     {QtWarningMsg, "[WARN]"},
-                                                                     {QtCriticalMsg, "[ERROR]"},
-                                                                     {QtFatalMsg, "Fatal:"},
-                                                                     {QtInfoMsg, "[INFO]"},
-                                                                     {other, ""}}};
+    const std::pair<QtMsgType, QString> types[] = {
+        {QtDebugMsg, "[DEBUG]"},    {QtWarningMsg, "[WARN]"},
+        {QtCriticalMsg, "[ERROR]"}, {QtFatalMsg, "Fatal:"},
+        {QtInfoMsg, "[INFO]"},      {static_cast<QtMsgType>(QtInfoMsg + 1), ""}};
     for (const auto& type : types) {
-        write_message(type.first,
-                      QStringLiteral("message of %1").arg(QString::fromLatin1(type.second)));
+        write_message(type.first, "message of " + type.second);
     }
-
     const QStringList lines = log_lines();
-    ASSERT_EQ(static_cast<int>(types.size()), lines.size());
-    for (size_t i = 0; i < types.size(); ++i) {
-        const QString tag = QString::fromLatin1(types[i].second);
-        EXPECT_TRUE(lines[i].endsWith(QStringLiteral(" %1 - message of %1").arg(tag)))
+    ASSERT_EQ(6, lines.size());
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_TRUE(lines[i].endsWith(" " + types[i].second + " - message of " + types[i].second))
             << lines[i].toStdString();
-        EXPECT_EQ(tag, parse(lines[i]).tag);
+        EXPECT_EQ(types[i].second, parse(lines[i]).tag);
     }
-}
-
-TEST_F(QtLoggingTest, LogsNothingBeforeABackEndIsRegistered) {
-    qInstallMessageHandler(record_message);
-    GRIPPER_LOG("E", "no back end %d", 1);
-    EXPECT_TRUE(received().empty());
-
-    qInstallMessageHandler(outputMessage);
-    GRIPPER_LOG("E", "no back end %d", 2);
-    EXPECT_FALSE(QFile::exists(QString::fromLatin1(kLogFile)));
 }
 
 // 160 lines of exactly 64 KiB fill the file to the limit, which is kept; one more line passes it
@@ -237,11 +162,11 @@ TEST_F(QtLoggingTest, DeletesTheFileOncePastTenMebibytes) {
     const int overhead = 32;  // time 19, blank, "[DEBUG]", " - ", "\r\n"
     const QString message(65536 - overhead, QLatin1Char('m'));
     write_message(QtDebugMsg, message);
-    ASSERT_EQ(65536, log_size());
+    ASSERT_EQ(65536, QFileInfo(kLogFile).size());
     for (int i = 1; i < 160; ++i) {
         write_message(QtDebugMsg, message);
     }
-    ASSERT_EQ(kLogFileMaxSize, log_size());
+    ASSERT_EQ(kLogFileMaxSize, QFileInfo(kLogFile).size());
 
     write_message(QtDebugMsg, QStringLiteral("passes the limit"));
     EXPECT_FALSE(QFile::exists(QString::fromLatin1(kLogFile)));
@@ -252,43 +177,49 @@ TEST_F(QtLoggingTest, DeletesTheFileOncePastTenMebibytes) {
     EXPECT_EQ(QStringLiteral("first of the new file"), parse(lines[0]).message);
 }
 
-TEST_F(QtLoggingTest, LinesFromSeveralThreadsStayWhole) {
+// Lines of one size from several threads: each file takes the same number of lines before it is
+// deleted and the last file holds the remainder, however the threads took turns. No line is torn,
+// each thread's lines in the last file follow on from each other up to its last, and the previous
+// handler gets every line.
+TEST_F(QtLoggingTest, LinesFromSeveralThreadsStayWholeAndTheSizeLimitHolds) {
     qInstallMessageHandler(record_message);
     install_gripper_logging();
-
-    log_from_threads(std::string(500, 'p'));
-
-    std::vector<int> next(kThreadCount, 0);
-    const QStringList lines = log_lines();
-    ASSERT_EQ(kThreadCount * kLinesPerThread, lines.size());
-    for (const QString& line : lines) {
-        const ThreadLine parsed = parse_thread_line(line, 500);
-        ASSERT_EQ(next[parsed.thread]++, parsed.number) << line.toStdString();
+    const int threads = 8, per_thread = 500, total = threads * per_thread;
+    const std::string padding(8000, 'p');
+    std::vector<std::thread> writers;
+    for (int t = 0; t < threads; ++t) {
+        writers.emplace_back([t, &padding] {
+            for (int n = 0; n < per_thread; ++n) {
+                GRIPPER_LOG("D", "thread %d line %03d %s", t, n, padding.c_str());
+            }
+        });
     }
-    EXPECT_EQ(std::vector<int>(kThreadCount, kLinesPerThread), next);
-    EXPECT_EQ(static_cast<size_t>(kThreadCount * kLinesPerThread), received().size());
-}
-
-// All lines have the same size, so each file takes the same number of lines before it is deleted
-// and the last file holds the remainder, however the threads took turns.
-TEST_F(QtLoggingTest, SizeLimitHoldsWithSeveralWriters) {
-    install_gripper_logging();
-    g_default_qt_message_halder_ = nullptr;
-
-    log_from_threads(std::string(8000, 'p'));
+    for (std::thread& writer : writers) {
+        writer.join();
+    }
 
     const QStringList lines = log_lines();
     ASSERT_FALSE(lines.empty());
-    const qint64 line_size = lines[0].toUtf8().size() + 2;
-    const int lines_per_file = static_cast<int>(kLogFileMaxSize / line_size) + 1;
-    ASSERT_NE(0, kThreadCount * kLinesPerThread % lines_per_file);
-    EXPECT_EQ(kThreadCount * kLinesPerThread % lines_per_file, lines.size());
-    std::vector<int> last(kThreadCount, -1);
+    const int per_file = static_cast<int>(kLogFileMaxSize / (lines[0].toUtf8().size() + 2)) + 1;
+    ASSERT_NE(0, total % per_file);
+    EXPECT_EQ(total % per_file, lines.size());
+    static const QRegularExpression form(
+        QStringLiteral("^\"D_.*_\\d+:thread ([0-7]) line (\\d{3}) p{8000}\"$"));
+    std::vector<int> last(threads, -1);
     for (const QString& line : lines) {
-        const ThreadLine parsed = parse_thread_line(line, 8000);
-        EXPECT_LT(last[parsed.thread], parsed.number) << line.toStdString();
-        last[parsed.thread] = parsed.number;
+        const LogLine log_line = parse(line);
+        EXPECT_EQ(QStringLiteral("[DEBUG]"), log_line.tag);
+        const QRegularExpressionMatch match = form.match(log_line.message);
+        ASSERT_TRUE(match.hasMatch()) << line.toStdString();
+        int& previous = last[match.captured(1).toInt()];
+        EXPECT_TRUE(previous < 0 || previous + 1 == match.captured(2).toInt())
+            << line.toStdString();
+        previous = match.captured(2).toInt();
     }
+    for (int number : last) {
+        EXPECT_TRUE(number < 0 || per_thread - 1 == number);
+    }
+    EXPECT_EQ(static_cast<size_t>(total), received().size());
 }
 
 TEST_F(QtLoggingTest, HandsEachMessageOnToThePreviousHandler) {
@@ -300,12 +231,9 @@ TEST_F(QtLoggingTest, HandsEachMessageOnToThePreviousHandler) {
     qWarning("warned %d", 5);
     write_message(QtFatalMsg, QStringLiteral("fatal, yet the process goes on"));
 
-    const std::vector<Received> got = received();
-    ASSERT_EQ(2u, got.size());
-    EXPECT_EQ(QtWarningMsg, got[0].type);
-    EXPECT_EQ(QStringLiteral("warned 5"), got[0].message);
-    EXPECT_EQ(QtFatalMsg, got[1].type);
-    EXPECT_EQ(QStringLiteral("fatal, yet the process goes on"), got[1].message);
+    // A warning (type 1) and a fatal message (type 3).
+    EXPECT_EQ((std::vector<std::string>{"1 warned 5", "3 fatal, yet the process goes on"}),
+              received());
     const QStringList lines = log_lines();
     ASSERT_EQ(2, lines.size());
     EXPECT_EQ(QStringLiteral("[WARN]"), parse(lines[0]).tag);

@@ -1,0 +1,274 @@
+// The TCP link against a loopback server on which the test plays the gripper.
+
+#include <gtest/gtest.h>
+#include <netinet/tcp.h>
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control.h"
+#include "gripper/gripper_protocol/gripper_custom_protocol/gripper_custom_protocol.h"
+#include "tests/test_support/fd_stream.h"
+#include "tests/test_support/log_capture.h"
+#include "tests/test_support/recording_observer.h"
+#include "tests/test_support/wait_until.h"
+
+namespace {
+
+// A listening socket on 127.0.0.1 and the one client it accepts, served from the test's thread.
+class LoopbackServer {
+public:
+    explicit LoopbackServer(int backlog = 4) : listener_(::socket(AF_INET, SOCK_STREAM, 0)) {
+        struct sockaddr_in address = loopback_address(0);
+        socklen_t size = sizeof(address);
+        ::bind(listener_.fd(), reinterpret_cast<struct sockaddr*>(&address), size);
+        ::listen(listener_.fd(), backlog);
+        ::getsockname(listener_.fd(), reinterpret_cast<struct sockaddr*>(&address), &size);
+        port_ = ntohs(address.sin_port);
+    }
+
+    std::string port() const { return std::to_string(port_); }
+    // A port on 127.0.0.1 that nothing listens on.
+    static std::string unused_port() { return LoopbackServer().port(); }
+
+    // Connects a client that is never accepted. With a backlog of 0 it fills the queue, so
+    // later connection attempts go unanswered.
+    bool fill_backlog() {
+        queued_ = connect_loopback(port_);
+        return queued_.valid();
+    }
+
+    bool accept_client(int millis = 5000) {
+        client_.reset(listener_.readable(millis) ? ::accept(listener_.fd(), nullptr, nullptr) : -1);
+        return client_.valid();
+    }
+
+    // The accepted client's stream.
+    FdStream& client() { return client_; }
+
+    // Drops the connection with a reset instead of an orderly close.
+    void reset_client() {
+        const struct linger linger = {1, 0};
+        setsockopt(client_.fd(), SOL_SOCKET, SO_LINGER, &linger, sizeof(linger));
+        client_.reset();
+    }
+
+    // TCP_ESTABLISHED, TCP_CLOSE_WAIT, TCP_CLOSE ... for the accepted connection.
+    int client_state() const {
+        struct tcp_info info = {};
+        socklen_t size = sizeof(info);
+        getsockopt(client_.fd(), IPPROTO_TCP, TCP_INFO, &info, &size);
+        return info.tcpi_state;
+    }
+
+private:
+    FdStream listener_;
+    FdStream client_;
+    FdStream queued_;
+    uint16_t port_ = 0;
+};
+
+// The TCP link with the custom frame protocol already chosen, as after a handshake.
+class TcpLink : public GripperTCPClientCommunicationControl {
+public:
+    TcpLink() { set_protocol(new GripperCustomProtocol()); }
+    void set_protocol(GripperProtocol* protocol) {
+        delete gripper_protocol_;
+        gripper_protocol_ = protocol;
+    }
+};
+
+const char kWaitTimeOut[] =
+    "W !waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())";
+
+// The position read of gripper 1.
+const Bytes kRequest = GripperCustomProtocol().build_position_protocol(1, false, 0);
+
+// The request with value in its value field: the gripper's answer to a position read.
+Bytes answer(uint8_t value) {
+    Bytes frame = kRequest;
+    frame[GripperCustomProtocol::OFFSET_VALUE] = value;
+    return frame;
+}
+
+// A TCP link and the loopback server whose gripper the test plays.
+class TcpLinkTest : public ::testing::Test {
+protected:
+    void SetUp() override { link_.add_notify_interface(&observer_); }
+
+    bool open_link() { return link_.open({"CO_MANUAL", "127.0.0.1", server_.port()}); }
+    bool connect_link() { return open_link() && server_.accept_client(); }
+
+    Bytes exchange() {
+        return link_.write_read(false, GripperCustomProtocol::FRAME_LENGTH, kRequest);
+    }
+
+    // Answers the next request, once it came whole, with the given pieces of the answer.
+    std::thread gripper(uint8_t value, size_t split = 14) {
+        return std::thread([this, value, split] {
+            const Bytes frame = answer(value);
+            if (kRequest == server_.client().read(kRequest.size(), std::chrono::seconds(5))) {
+                server_.client().write(Bytes(frame.begin(), frame.begin() + split));
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+                server_.client().write(Bytes(frame.begin() + split, frame.end()));
+            }
+        });
+    }
+
+    LogCapture log_;
+    LoopbackServer server_;
+    RecordingObserver observer_;
+    TcpLink link_;
+};
+
+}  // namespace
+
+TEST_F(TcpLinkTest, RefusedParametersLogWhyAndConnectNothing) {
+    const std::string port = server_.port();
+    const int descriptors = open_descriptor_count();
+    // The closing line shows that the failure came before any socket existed.
+    const std::string no_socket = "W -1 == private_->socket_";
+    const std::vector<std::pair<std::vector<std::string>, std::vector<std::string>>> cases = {
+        {{}, {"E list_parameters.size() < 2", no_socket}},
+        {{"CO_MANUAL"}, {"E list_parameters.size() < 2", "E CO_MANUAL", no_socket}},
+        {{"CO_BOGUS", "127.0.0.1", port},
+         {"W MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type", no_socket}},
+        {{"CO_SCAN", "127.0.0.1", port}, {"W 2 != real_parameters.size()", no_socket}},
+        {{"CO_MANUAL", "127.0.0.1"}, {"W 3 != list_parameters.size()", no_socket}},
+        {{"CO_MANUAL", "127.0.0.256", port},
+         {"W !MiscellaneousUtility::is_valid_ip(ip)", "W ip = 127.0.0.256", no_socket}},
+        {{"CO_MANUAL", "127.0.0.1", "1023"},
+         {"W !MiscellaneousUtility::is_valid_port(port)", "W port = 1023", no_socket}},
+        // Passes the address check, which ignores trailing text, but is no address.
+        {{"CO_MANUAL", "127.0.0.1abc", port},
+         {"W 1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)"}},
+    };
+    for (const auto& refused : cases) {
+        SCOPED_TRACE(refused.second.front());
+        log_.clear();
+        EXPECT_FALSE(link_.open(refused.first));
+        for (const std::string& line : refused.second) {
+            EXPECT_LE(1, log_.count(line)) << line;
+        }
+        EXPECT_FALSE(log_.contains("ip.c_str() = "));
+    }
+    EXPECT_EQ(descriptors, open_descriptor_count());
+    EXPECT_FALSE(server_.accept_client(0));
+}
+
+TEST_F(TcpLinkTest, RefusedOrUnansweredConnectFailsAndLeavesNoSocket) {
+    LoopbackServer full(0);
+    ASSERT_TRUE(full.fill_backlog());
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {LoopbackServer::unused_port(), "Connection refused"},
+        {full.port(), "connect timeout result = 0"}};
+    const int descriptors = open_descriptor_count();
+    for (const auto& failing : cases) {
+        log_.clear();
+        EXPECT_FALSE(link_.open({"CO_MANUAL", "127.0.0.1", failing.first}));
+        EXPECT_TRUE(log_.contains(failing.second)) << failing.second;
+        EXPECT_GE(1, log_.count("W connect timeout result = 0"));
+        log_.clear();
+        EXPECT_FALSE(link_.write(kRequest));
+        EXPECT_TRUE(log_.contains("-1 == private_->socket_"));
+    }
+    EXPECT_EQ(descriptors, open_descriptor_count());
+    EXPECT_TRUE(observer_.events().empty());
+}
+
+TEST_F(TcpLinkTest, ConnectsWithTheLinkIdentityAndLimitsAndCloseResetsTheConnection) {
+    ASSERT_TRUE(connect_link());
+    EXPECT_TRUE(log_.contains("ip.c_str() = 127.0.0.1"));
+    EXPECT_TRUE(log_.contains("port.c_str() = " + server_.port()));
+    EXPECT_EQ(GripperCommunication::CC_TCP_CLIENT, link_.get_communication_connection());
+    EXPECT_TRUE(link_.handshake_check());
+    EXPECT_TRUE(link_.is_alive());
+    EXPECT_EQ(1, link_.get_write_retry_max_count());
+    EXPECT_EQ(4, link_.get_wait_retry_max_count());
+    EXPECT_EQ(4, link_.get_alive_retry_max_count());
+    EXPECT_EQ(100, link_.get_default_wait_for_length_available_interval());
+    EXPECT_EQ(TCP_ESTABLISHED, server_.client_state());
+
+    EXPECT_TRUE(link_.close());
+    // After an orderly close the server's end would wait in CLOSE_WAIT and could still send.
+    EXPECT_TRUE(wait_until([this] { return TCP_CLOSE == server_.client_state(); }));
+    EXPECT_FALSE(server_.client().write({0x01}));
+
+    log_.clear();
+    EXPECT_TRUE(link_.close());
+    EXPECT_TRUE(log_.contains("-1 == private_->socket_"));
+    EXPECT_TRUE(observer_.events().empty());
+}
+
+TEST_F(TcpLinkTest, AnswerArrivingInPiecesIsAssembled) {
+    ASSERT_TRUE(connect_link());
+    std::thread answering = gripper(50, 5);
+    EXPECT_EQ(answer(50), exchange());
+    answering.join();
+    EXPECT_TRUE(observer_.events().empty());
+}
+
+TEST_F(TcpLinkTest, SilentGripperGetsOneRequestAndFourWaits) {
+    ASSERT_TRUE(connect_link());
+    EXPECT_TRUE(exchange().empty());
+    EXPECT_EQ(kRequest, server_.client().read(kRequest.size()));
+    EXPECT_FALSE(server_.client().readable(0));
+    EXPECT_EQ(4, log_.count(kWaitTimeOut));
+    EXPECT_EQ(GripperCommunication::CS_READ_EXCEPTION, link_.get_communication_status());
+
+    // Only the first exhausted exchange reports the read exception.
+    link_.set_communication_status(GripperCommunication::CS_CONNECTED);
+    EXPECT_TRUE(exchange().empty());
+    EXPECT_EQ(kRequest, server_.client().read(kRequest.size()));
+    EXPECT_EQ(8, log_.count(kWaitTimeOut));
+    EXPECT_EQ(GripperCommunication::CS_CONNECTED, link_.get_communication_status());
+    EXPECT_EQ(1, observer_.count("CS_READ_EXCEPTION"));
+}
+
+TEST_F(TcpLinkTest, StaleBytesAreDroppedBeforeTheRequestIsWritten) {
+    ASSERT_TRUE(connect_link());
+    ASSERT_TRUE(server_.client().write({0xAA, 0xBB, 0xCC}));
+    ASSERT_TRUE(wait_until([this] { return 3 == link_.available(); }));
+    std::thread answering = gripper(70);
+    EXPECT_EQ(answer(70), exchange());
+    answering.join();
+    EXPECT_TRUE(log_.contains("available() > 0"));
+    EXPECT_TRUE(log_.contains("0xAA 0xBB 0xCC"));
+}
+
+TEST_F(TcpLinkTest, ResetByTheGripperGivesWriteExceptionWithoutKillingTheProcess) {
+    ASSERT_TRUE(connect_link());
+    server_.reset_client();
+    // The first send may still leave before the reset is seen; the next one fails.
+    EXPECT_TRUE(wait_until([this] {
+        exchange();
+        return GripperCommunication::CS_WRITE_EXCEPTION == link_.get_communication_status();
+    }));
+    EXPECT_EQ(1, observer_.count("CS_WRITE_EXCEPTION"));
+
+    // Writing again to the dead connection is a broken pipe: reported, no SIGPIPE.
+    link_.set_communication_status(GripperCommunication::CS_CONNECTED);
+    EXPECT_FALSE(link_.write(kRequest));
+    EXPECT_TRUE(log_.contains("Broken pipe"));
+    EXPECT_EQ(GripperCommunication::CS_WRITE_EXCEPTION, link_.get_communication_status());
+    EXPECT_TRUE(link_.close());
+}
+
+TEST_F(TcpLinkTest, BadCallsFailWithoutWritingAnything) {
+    EXPECT_TRUE(exchange().empty());
+    EXPECT_TRUE(link_.read(14).empty());
+    EXPECT_EQ(0, link_.available());
+    EXPECT_FALSE(link_.write(kRequest));
+    EXPECT_TRUE(log_.contains("-1 == private_->socket_"));
+
+    ASSERT_TRUE(connect_link());
+    EXPECT_TRUE(link_.read(-1).empty());
+    EXPECT_TRUE(link_.read(0).empty());
+    EXPECT_TRUE(link_.write_read(false, -1, kRequest).empty());
+    link_.set_protocol(nullptr);
+    EXPECT_TRUE(exchange().empty());
+    EXPECT_TRUE(log_.contains("NULL == gripper_protocol_"));
+    EXPECT_FALSE(server_.client().readable(0));
+    EXPECT_TRUE(observer_.events().empty());
+}
