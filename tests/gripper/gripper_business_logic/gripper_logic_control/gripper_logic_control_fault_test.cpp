@@ -33,6 +33,13 @@ const FaultRow TCP_ROWS[] = {
 
 class DriverFaultTest : public DriverTest {
 protected:
+    static gripper_sim::GripperOptions quick_options(int position_max = 1000) {
+        gripper_sim::GripperOptions options;
+        options.init_ms = 50;
+        options.position_max = position_max;
+        return options;
+    }
+
     // Read-backs made by hand, with the update loop stopped so that it makes none of its own.
     void check_rows(int gripper, const FaultRow* rows, size_t count) {
         driver_->stop_loop_update();
@@ -51,32 +58,22 @@ protected:
 };
 
 TEST_F(DriverFaultTest, BadModbusAnswersAreRejectedAndTheGripperRecovers) {
-    gripper_sim::GripperOptions options;
-    options.init_ms = 50;
+    gripper_sim::GripperOptions options = quick_options();
     options.late_ms = 150;
     const int gripper = simulator_.add_modbus_pty(options);
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    ASSERT_TRUE(connect_serial(gripper) && activate());
     check_rows(gripper, MODBUS_ROWS, sizeof(MODBUS_ROWS) / sizeof(MODBUS_ROWS[0]));
 }
 
 TEST_F(DriverFaultTest, BadFramesOverTcpAreRejectedAndTheGripperRecovers) {
-    gripper_sim::GripperOptions options;
-    options.init_ms = 50;
-    options.position_max = 100;
-    const int gripper = simulator_.add_custom_tcp(options);
-    ASSERT_TRUE(connect_tcp(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_custom_tcp(quick_options(100));
+    ASSERT_TRUE(connect_tcp(gripper) && activate());
     check_rows(gripper, TCP_ROWS, sizeof(TCP_ROWS) / sizeof(TCP_ROWS[0]));
 }
 
 TEST_F(DriverFaultTest, ResetConnectionGivesWriteExceptionAndAFreshConnectionWorks) {
-    gripper_sim::GripperOptions options;
-    options.init_ms = 50;
-    options.position_max = 100;
-    const int gripper = simulator_.add_custom_tcp(options);
-    ASSERT_TRUE(connect_tcp(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_custom_tcp(quick_options(100));
+    ASSERT_TRUE(connect_tcp(gripper) && activate());
 
     simulator_.set_fault(gripper, gripper_sim::Fault::reset);
     ASSERT_TRUE(wait_until([&] { return observer_.seen("CS_WRITE_EXCEPTION"); }));
