@@ -1,90 +1,66 @@
 #ifndef TESTS_TEST_SUPPORT_CHILD_PROCESS_H
 #define TESTS_TEST_SUPPORT_CHILD_PROCESS_H
 
-#include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <string>
-#include <vector>
-
+#include "tests/test_support/fd_stream.h"
 #include "tests/test_support/wait_until.h"
 
 // A program (looked up in PATH unless given with a path) run with pipes on its stdin and
 // stdout; killed and reaped on destruction if still running.
 class ChildProcess {
 public:
-    ChildProcess(const std::string& program, const std::vector<std::string>& args) {
-        int in[2];
-        int out[2];
-        if (0 != ::pipe2(in, O_CLOEXEC) || 0 != ::pipe2(out, O_CLOEXEC)) {
-            return;
-        }
+    ChildProcess(const std::string& program, std::vector<std::string> args) {
+        int in[2] = {-1, -1}, out[2] = {-1, -1};
         posix_spawn_file_actions_t actions;
         posix_spawn_file_actions_init(&actions);
-        posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
-        posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-        std::vector<char*> argv{const_cast<char*>(program.c_str())};
-        for (const std::string& arg : args) {
-            argv.push_back(const_cast<char*>(arg.c_str()));
-        }
-        argv.push_back(nullptr);
-        if (0 != posix_spawnp(&pid_, program.c_str(), &actions, nullptr, argv.data(), environ)) {
-            pid_ = -1;
+        if (0 == ::pipe2(in, O_CLOEXEC) && 0 == ::pipe2(out, O_CLOEXEC)) {
+            posix_spawn_file_actions_adddup2(&actions, in[0], STDIN_FILENO);
+            posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+            args.insert(args.begin(), program);
+            std::vector<char*> argv;
+            for (std::string& arg : args) {
+                argv.push_back(&arg[0]);
+            }
+            argv.push_back(nullptr);
+            if (0 !=
+                posix_spawnp(&pid_, program.c_str(), &actions, nullptr, argv.data(), environ)) {
+                pid_ = -1;
+            }
         }
         posix_spawn_file_actions_destroy(&actions);
         ::close(in[0]);
         ::close(out[1]);
-        stdin_ = in[1];
-        stdout_ = out[0];
+        stdin_.reset(in[1]);
+        stdout_.reset(out[0]);
     }
 
     ~ChildProcess() {
-        close_stdin();
         if (pid_ > 0 && -1 == wait_exit(std::chrono::milliseconds(0))) {
             ::kill(pid_, SIGKILL);
             ::waitpid(pid_, nullptr, 0);
         }
-        ::close(stdout_);
     }
 
-    ChildProcess(const ChildProcess&) = delete;
-    ChildProcess& operator=(const ChildProcess&) = delete;
-
-    // The next stdout line without its newline; at the end of the output or after timeout, what
-    // came of a last line (empty when nothing).
+    // The next stdout line without its newline; what came of it when the output ends or stays
+    // silent for timeout.
     std::string read_line(std::chrono::milliseconds timeout = std::chrono::seconds(5)) {
-        const auto deadline = std::chrono::steady_clock::now() + timeout;
         std::string line;
-        char byte = 0;
-        while (std::chrono::steady_clock::now() < deadline) {
-            struct pollfd ready = {stdout_, POLLIN, 0};
-            if (1 != ::poll(&ready, 1, 5)) {
-                continue;
-            }
-            if (1 != ::read(stdout_, &byte, 1) || '\n' == byte) {
-                break;
-            }
-            line += byte;
+        for (Bytes byte = stdout_.read(1, timeout); 1 == byte.size() && '\n' != byte[0];
+             byte = stdout_.read(1, timeout)) {
+            line += static_cast<char>(byte[0]);
         }
         return line;
     }
 
-    bool write_line(const std::string& line) {
-        const std::string text = line + "\n";
-        return static_cast<ssize_t>(text.size()) == ::write(stdin_, text.data(), text.size());
+    bool write_line(std::string line) {
+        line += '\n';
+        return stdin_.write(Bytes(line.begin(), line.end()));
     }
 
-    void close_stdin() {
-        if (stdin_ >= 0) {
-            ::close(stdin_);
-            stdin_ = -1;
-        }
-    }
+    void close_stdin() { stdin_.reset(); }
 
     void signal(int number) {
         if (pid_ > 0) {
@@ -106,8 +82,8 @@ public:
 
 private:
     pid_t pid_ = -1;
-    int stdin_ = -1;
-    int stdout_ = -1;
+    FdStream stdin_;
+    FdStream stdout_;
 };
 
 #endif

@@ -2,7 +2,6 @@
 #define TESTS_TEST_SUPPORT_FD_STREAM_H
 
 #include <arpa/inet.h>
-#include <dirent.h>
 #include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
@@ -16,19 +15,19 @@
 #include <chrono>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 typedef std::vector<uint8_t> Bytes;
 
-// A byte stream over a descriptor (terminal or socket) that the test owns; closed with it.
+// A byte stream over a descriptor (terminal, socket or pipe) that the test owns; closed with it.
 class FdStream {
 public:
     explicit FdStream(int fd = -1) : fd_(fd) {}
     ~FdStream() { reset(); }
-    FdStream(FdStream&& other) noexcept : fd_(other.fd_) { other.fd_ = -1; }
+    FdStream(FdStream&& other) noexcept { *this = std::move(other); }
     FdStream& operator=(FdStream&& other) noexcept {
         std::swap(fd_, other.fd_);
         std::swap(ended_, other.ended_);
@@ -85,7 +84,7 @@ public:
     }
 
 private:
-    int fd_;
+    int fd_ = -1;
     int ended_ = -1;
 };
 
@@ -120,45 +119,32 @@ inline FdStream connect_loopback(uint16_t port) {
     return stream;
 }
 
-inline int open_descriptor_count() {
-    DIR* directory = ::opendir("/proc/self/fd");
-    int count = 0;
-    while (nullptr != ::readdir(directory)) {
-        ++count;
-    }
-    ::closedir(directory);
-    return count;
+// The descriptor the next open gets: the lowest free one, so any descriptor left open raises it.
+inline int next_descriptor() {
+    return FdStream(::open("/dev/null", O_RDONLY)).fd();
 }
 
 // A temporary directory, removed on destruction with the files named by file().
 class TempDir {
 public:
-    TempDir() {
-        char pattern[] = "/tmp/gripper_test_XXXXXX";
-        path_ = nullptr != ::mkdtemp(pattern) ? pattern : "";
-    }
     ~TempDir() {
         for (const std::string& file : files_) {
             ::unlink(file.c_str());
         }
         ::rmdir(path_.c_str());
     }
-    TempDir(const TempDir&) = delete;
-    TempDir& operator=(const TempDir&) = delete;
-
     std::string file(const std::string& name) { return *files_.insert(path_ + "/" + name).first; }
 
 private:
-    std::string path_;
+    char pattern_[32] = "/tmp/gripper_test_XXXXXX";
+    const std::string path_ = nullptr != ::mkdtemp(pattern_) ? pattern_ : "";
     std::set<std::string> files_;
 };
 
 // The whole content of a text file; empty when it cannot be read.
 inline std::string read_file(const std::string& path) {
     std::ifstream in(path);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
 #endif

@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "tests/gripper/gripper_protocol/protocol_test_support.h"
-#include "tests/test_support/log_capture.h"
 
 namespace {
 
-// Every request the protocol builds, with its frame as the gripper expects it on the wire; ""
-// for the requests it has none for.
-std::vector<std::pair<std::vector<uint8_t>, std::string>> builds(GripperCustomProtocol& p) {
+Builds builds(GripperCustomProtocol& p) {
     const std::string head = "FF FE FD FC ";
     return {
         {p.build_id_protocol(), "FF FE FD FC 00 12 01 00 00 00 00 00 00 FB"},
@@ -44,38 +40,8 @@ std::vector<std::pair<std::vector<uint8_t>, std::string>> builds(GripperCustomPr
     };
 }
 
-// Hands out a blank frame of the wrong length, so that completing the frame must fail.
-class LongFrameCustomProtocol : public GripperCustomProtocol {
-public:
-    std::vector<uint8_t> build_protocol_empty_byte(bool set) override {
-        std::vector<uint8_t> stream = GripperCustomProtocol::build_protocol_empty_byte(set);
-        stream.push_back(0);
-        return stream;
-    }
-};
-
-TEST(GripperCustomProtocolBuild, FramesAreByteExact) {
-    GripperCustomProtocol protocol;
-    LogCapture log;
-    for (const auto& built : builds(protocol)) {
-        EXPECT_EQ(built.second, hex_text(built.first));
-    }
-    EXPECT_TRUE(log.lines().empty());
-}
-
-// The builders take their blank frame through the virtual interface and give up, emptied, when
-// the frame cannot be completed.
-TEST(GripperCustomProtocolBuild, FailedPackageEmptiesEveryFrame) {
-    LongFrameCustomProtocol protocol;
-    LogCapture log;
-    long supported = 0;
-    for (const auto& built : builds(protocol)) {
-        EXPECT_TRUE(built.first.empty()) << built.second;
-        supported += built.second.empty() ? 0 : 1;
-    }
-    const std::vector<std::string> lines = log.lines();
-    EXPECT_EQ(supported,
-              std::count(lines.begin(), lines.end(), "E !package_protocol(byte_stream)"));
+TEST(GripperCustomProtocolBuild, FramesAreByteExactOrEmptiedWhenTheyCannotBeCompleted) {
+    check_builds<GripperCustomProtocol>(builds);
 }
 
 // Packaging writes header and trailer of a whole frame only. No frame is an exception answer.

@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
 
 #include "tests/gripper/gripper_protocol/protocol_test_support.h"
-#include "tests/test_support/log_capture.h"
 
 namespace {
 
-// Every request the protocol builds, with its frame as the gripper expects it on the wire; ""
-// for the requests it has none for.
-std::vector<std::pair<std::vector<uint8_t>, std::string>> builds(GripperProtocol& p) {
+Builds builds(GripperProtocol& p) {
     return {
         {p.build_id_protocol(), "FF 03 03 02 00 01 30 50"},
         {p.build_model_protocol(1), "01 03 0A 00 00 01 87 D2"},
@@ -39,16 +35,6 @@ std::vector<std::pair<std::vector<uint8_t>, std::string>> builds(GripperProtocol
     };
 }
 
-// Hands out a blank frame of the wrong length, so that completing the frame must fail.
-class ShortFrameModbusProtocol : public GripperModbusProtocol {
-public:
-    std::vector<uint8_t> build_protocol_empty_byte(bool set) override {
-        std::vector<uint8_t> stream = GripperModbusProtocol::build_protocol_empty_byte(set);
-        stream.pop_back();
-        return stream;
-    }
-};
-
 TEST(GripperModbusProtocolCrc, MatchesCrc16ModbusAndComparesLowThenHighByte) {
     const std::string check = "123456789";
     EXPECT_EQ(0x4B37, modbus_crc_16(std::vector<uint8_t>(check.begin(), check.end())));
@@ -65,28 +51,8 @@ TEST(GripperModbusProtocolCrc, MatchesCrc16ModbusAndComparesLowThenHighByte) {
     EXPECT_TRUE(log.contains("0 == sub_byte_stream.size()"));
 }
 
-TEST(GripperModbusProtocolBuild, FramesAreByteExact) {
-    GripperModbusProtocol protocol;
-    LogCapture log;
-    for (const auto& built : builds(protocol)) {
-        EXPECT_EQ(built.second, hex_text(built.first));
-    }
-    EXPECT_TRUE(log.lines().empty());
-}
-
-// The builders take their blank frame through the virtual interface and give up, emptied, when
-// the frame cannot be completed.
-TEST(GripperModbusProtocolBuild, FailedPackageEmptiesEveryFrame) {
-    ShortFrameModbusProtocol protocol;
-    LogCapture log;
-    long supported = 0;
-    for (const auto& built : builds(protocol)) {
-        EXPECT_TRUE(built.first.empty()) << built.second;
-        supported += built.second.empty() ? 0 : 1;
-    }
-    const std::vector<std::string> lines = log.lines();
-    EXPECT_EQ(supported,
-              std::count(lines.begin(), lines.end(), "E !package_protocol(byte_stream)"));
+TEST(GripperModbusProtocolBuild, FramesAreByteExactOrEmptiedWhenTheyCannotBeCompleted) {
+    check_builds<GripperModbusProtocol>(builds);
 }
 
 // Packaging fills the CRC of a whole frame and leaves any other alone. Exception answers are

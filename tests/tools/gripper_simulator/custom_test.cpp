@@ -22,21 +22,12 @@ const int kMoving = 0, kArrived = 2, kDetected = 3;
 
 // A 14-byte frame with value little-endian in bytes 9-12.
 Bytes frame(uint8_t id, uint8_t primary, uint8_t secondary, uint8_t read_write, int32_t value = 0) {
-    const uint32_t bits = static_cast<uint32_t>(value);
-    return {0xFF,
-            0xFE,
-            0xFD,
-            0xFC,
-            id,
-            primary,
-            secondary,
-            read_write,
-            0,
-            static_cast<uint8_t>(bits),
-            static_cast<uint8_t>(bits >> 8),
-            static_cast<uint8_t>(bits >> 16),
-            static_cast<uint8_t>(bits >> 24),
-            0xFB};
+    Bytes bytes = {0xFF, 0xFE, 0xFD, 0xFC, id, primary, secondary, read_write, 0};
+    for (int shift = 0; shift < 32; shift += 8) {
+        bytes.push_back(static_cast<uint8_t>(static_cast<uint32_t>(value) >> shift));
+    }
+    bytes.push_back(0xFB);
+    return bytes;
 }
 
 int32_t value_of(const Bytes& frame) {
@@ -179,12 +170,30 @@ TEST_F(CustomTcpTest, ResyncsOverNoiseAndIgnoresFramesNotForIt) {
     EXPECT_EQ(kIdAnswer, client_.read(14));
 }
 
-TEST_F(CustomTcpTest, NewClientReplacesTheOldOne) {
+// A new client replaces the old one; vanish closes everything until cleared, then the same port
+// serves again; reset drops every client with RST while the port keeps listening.
+TEST_F(CustomTcpTest, NewClientsVanishAndResetAsTheFaultsSay) {
     start();
-    FdStream second = connect_loopback(simulator_.tcp_port(1));
+    const uint16_t port = simulator_.tcp_port(1);
+    FdStream second = connect_loopback(port);
     EXPECT_EQ(0, client_.wait_closed());
     ASSERT_TRUE(second.write(kIdRequest));
     EXPECT_EQ(kIdAnswer, second.read(14));
+
+    simulator_.set_fault(1, Fault::vanish);
+    EXPECT_NE(-1, second.wait_closed());
+    EXPECT_FALSE(connect_loopback(port).valid());
+    simulator_.set_fault(1, Fault::none);
+    EXPECT_EQ(port, simulator_.tcp_port(1));
+    FdStream back = connect_loopback(port);
+    ASSERT_TRUE(back.write(kIdRequest));
+    EXPECT_EQ(kIdAnswer, back.read(14));
+
+    simulator_.set_fault(1, Fault::reset);
+    EXPECT_EQ(ECONNRESET, back.wait_closed());
+    FdStream next = connect_loopback(port);
+    ASSERT_TRUE(next.write(kIdRequest));
+    EXPECT_EQ(ECONNRESET, next.wait_closed());
 }
 
 TEST_F(CustomTcpTest, DamagedAndLateAnswersShowTheirFault) {
@@ -208,28 +217,6 @@ TEST_F(CustomTcpTest, DamagedAndLateAnswersShowTheirFault) {
     ASSERT_TRUE(wait_until([&] { return 3 == simulator_.snapshot(1).frames_received; }));
     EXPECT_EQ(answers, simulator_.snapshot(1).answers_sent);
     EXPECT_EQ(kIdAnswer, client_.read(14));
-}
-
-TEST_F(CustomTcpTest, ResetDropsClientsWithRstAndKeepsListening) {
-    start();
-    simulator_.set_fault(1, Fault::reset);
-    EXPECT_EQ(ECONNRESET, client_.wait_closed());
-    FdStream next = connect_loopback(simulator_.tcp_port(1));
-    ASSERT_TRUE(next.write(kIdRequest));
-    EXPECT_EQ(ECONNRESET, next.wait_closed());
-}
-
-TEST_F(CustomTcpTest, VanishClosesEverythingUntilCleared) {
-    start();
-    const uint16_t port = simulator_.tcp_port(1);
-    simulator_.set_fault(1, Fault::vanish);
-    EXPECT_NE(-1, client_.wait_closed());
-    EXPECT_FALSE(connect_loopback(port).valid());
-    simulator_.set_fault(1, Fault::none);
-    EXPECT_EQ(port, simulator_.tcp_port(1));
-    FdStream back = connect_loopback(port);
-    ASSERT_TRUE(back.write(kIdRequest));
-    EXPECT_EQ(kIdAnswer, back.read(14));
 }
 
 TEST_F(CustomTcpTest, ControlCallsAreSafeWhileTrafficFlows) {

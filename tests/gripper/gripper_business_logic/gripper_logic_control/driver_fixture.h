@@ -14,6 +14,8 @@
 #include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/simulator.h"
 
+typedef GripperLogicControl GLC;
+
 // A driver connected to a simulated gripper the way the connection manager connects one:
 // open, handshake, sync, then the update loop.
 class DriverTest : public ::testing::Test {
@@ -23,6 +25,16 @@ protected:
             driver_->stop_loop_update();
             driver_->close();
         }
+    }
+
+    // A gripper whose initialisation takes init_ms and a full stroke at full speed 400 ms.
+    static gripper_sim::GripperOptions quick_options(int id, int position_max, int init_ms = 100) {
+        gripper_sim::GripperOptions options;
+        options.id = id;
+        options.position_max = position_max;
+        options.init_ms = init_ms;
+        options.full_stroke_ms = 400;
+        return options;
     }
 
     bool connect_serial(int gripper) {
@@ -44,13 +56,11 @@ protected:
         return true;
     }
 
-    bool wait_for_status(GripperLogicControl::GripperStatus status) {
+    bool wait_for_status(GLC::GripperStatus status) {
         return wait_until([&] { return driver_->get_gripper_status() == status; });
     }
 
-    bool activate() {
-        return driver_->set_activate() && wait_for_status(GripperLogicControl::GS_ACTIVATED);
-    }
+    bool activate() { return driver_->set_activate() && wait_for_status(GLC::GS_ACTIVATED); }
 
     gripper_sim::GripperSnapshot snapshot(int gripper) { return simulator_.snapshot(gripper); }
 

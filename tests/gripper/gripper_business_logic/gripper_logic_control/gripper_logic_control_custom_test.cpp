@@ -1,22 +1,7 @@
 #include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
 
-namespace {
-
-typedef GripperLogicControl GLC;
-
-gripper_sim::GripperOptions tcp_gripper() {
-    gripper_sim::GripperOptions options;
-    options.id = 2;
-    options.position_max = 100;
-    options.init_ms = 100;
-    options.full_stroke_ms = 400;
-    return options;
-}
-
-}  // namespace
-
 TEST_F(DriverTest, TcpGripperIsActivatedMovedAndFollowedToArrival) {
-    const int gripper = simulator_.add_custom_tcp(tcp_gripper());
+    const int gripper = simulator_.add_custom_tcp(quick_options(2, 100));
     ASSERT_TRUE(connect_tcp(gripper));
     EXPECT_EQ(1, driver_->get_model_series());
     EXPECT_EQ((std::vector<uint8_t>{1, 2, 1, 3}), driver_->get_version());
@@ -36,11 +21,10 @@ TEST_F(DriverTest, TcpGripperIsActivatedMovedAndFollowedToArrival) {
 }
 
 TEST_F(DriverTest, TcpGripperAnnouncesTheDropOfADetectedObjectByItself) {
-    gripper_sim::GripperOptions options = tcp_gripper();
+    gripper_sim::GripperOptions options = quick_options(2, 100);
     options.object_at = 30;
     const int gripper = simulator_.add_custom_tcp(options);
-    ASSERT_TRUE(connect_tcp(gripper));
-    ASSERT_TRUE(activate());
+    ASSERT_TRUE(connect_tcp(gripper) && activate());
     ASSERT_TRUE(driver_->set_position(60.0f));
     ASSERT_TRUE(wait_for_status(GLC::GS_DETECTED));
 
@@ -56,7 +40,7 @@ TEST_F(DriverTest, TcpGripperAnnouncesTheDropOfADetectedObjectByItself) {
 }
 
 TEST_F(DriverTest, TcpGripperWithTheSeries2VersionGetsItsLimits) {
-    gripper_sim::GripperOptions options = tcp_gripper();
+    gripper_sim::GripperOptions options = quick_options(2, 100);
     options.custom_version = {{1, 2, 1, 4}};
     const int gripper = simulator_.add_custom_tcp(options);
     ASSERT_TRUE(connect_tcp(gripper));

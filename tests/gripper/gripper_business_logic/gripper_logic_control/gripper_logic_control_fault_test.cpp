@@ -33,13 +33,6 @@ const FaultRow TCP_ROWS[] = {
 
 class DriverFaultTest : public DriverTest {
 protected:
-    static gripper_sim::GripperOptions quick_options(int position_max = 1000) {
-        gripper_sim::GripperOptions options;
-        options.init_ms = 50;
-        options.position_max = position_max;
-        return options;
-    }
-
     // Read-backs made by hand, with the update loop stopped so that it makes none of its own.
     void check_rows(int gripper, const FaultRow* rows, size_t count) {
         driver_->stop_loop_update();
@@ -52,13 +45,13 @@ protected:
             EXPECT_TRUE(log_.contains(row.log_line));
             simulator_.set_fault(gripper, gripper_sim::Fault::none);
             EXPECT_TRUE(wait_until([&] { return driver_->sync(); }));
-            EXPECT_EQ(GripperLogicControl::GS_ACTIVATED, driver_->get_gripper_status());
+            EXPECT_EQ(GLC::GS_ACTIVATED, driver_->get_gripper_status());
         }
     }
 };
 
 TEST_F(DriverFaultTest, BadModbusAnswersAreRejectedAndTheGripperRecovers) {
-    gripper_sim::GripperOptions options = quick_options();
+    gripper_sim::GripperOptions options = quick_options(1, 1000, 50);
     options.late_ms = 150;
     const int gripper = simulator_.add_modbus_pty(options);
     ASSERT_TRUE(connect_serial(gripper) && activate());
@@ -66,13 +59,13 @@ TEST_F(DriverFaultTest, BadModbusAnswersAreRejectedAndTheGripperRecovers) {
 }
 
 TEST_F(DriverFaultTest, BadFramesOverTcpAreRejectedAndTheGripperRecovers) {
-    const int gripper = simulator_.add_custom_tcp(quick_options(100));
+    const int gripper = simulator_.add_custom_tcp(quick_options(1, 100, 50));
     ASSERT_TRUE(connect_tcp(gripper) && activate());
     check_rows(gripper, TCP_ROWS, sizeof(TCP_ROWS) / sizeof(TCP_ROWS[0]));
 }
 
 TEST_F(DriverFaultTest, ResetConnectionGivesWriteExceptionAndAFreshConnectionWorks) {
-    const int gripper = simulator_.add_custom_tcp(quick_options(100));
+    const int gripper = simulator_.add_custom_tcp(quick_options(1, 100, 50));
     ASSERT_TRUE(connect_tcp(gripper) && activate());
 
     simulator_.set_fault(gripper, gripper_sim::Fault::reset);
@@ -81,5 +74,5 @@ TEST_F(DriverFaultTest, ResetConnectionGivesWriteExceptionAndAFreshConnectionWor
     driver_->stop_loop_update();
     driver_->close();
     ASSERT_TRUE(connect_tcp(gripper));
-    EXPECT_EQ(GripperLogicControl::GS_ACTIVATED, driver_->get_gripper_status());
+    EXPECT_EQ(GLC::GS_ACTIVATED, driver_->get_gripper_status());
 }

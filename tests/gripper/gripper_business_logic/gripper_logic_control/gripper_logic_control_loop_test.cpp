@@ -5,15 +5,6 @@
 
 namespace {
 
-typedef GripperLogicControl GLC;
-
-gripper_sim::GripperOptions quick_gripper() {
-    gripper_sim::GripperOptions options;
-    options.init_ms = 50;
-    options.full_stroke_ms = 300;
-    return options;
-}
-
 // Stops the driver's loop from inside a notification, that is with the driver lock held, after
 // holding the lock long enough for the update thread to be waiting for it.
 class StoppingObserver : public RecordingObserver {
@@ -33,9 +24,8 @@ private:
 }  // namespace
 
 TEST_F(DriverTest, SilentGripperGivesOneReadExceptionAndPollingGoesOn) {
-    const int gripper = simulator_.add_modbus_pty(quick_gripper());
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
 
     simulator_.set_fault(gripper, gripper_sim::Fault::silent);
     ASSERT_TRUE(wait_until([&] { return observer_.seen("CS_READ_EXCEPTION"); }));
@@ -52,9 +42,8 @@ TEST_F(DriverTest, SilentGripperGivesOneReadExceptionAndPollingGoesOn) {
 }
 
 TEST_F(DriverTest, VanishedPortStopsPollingAndReportsIt) {
-    const int gripper = simulator_.add_modbus_pty(quick_gripper());
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
 
     simulator_.set_fault(gripper, gripper_sim::Fault::vanish);
     ASSERT_TRUE(wait_until([&] { return observer_.seen("CS_WRITE_EXCEPTION"); }));
@@ -73,9 +62,8 @@ TEST_F(DriverTest, VanishedPortStopsPollingAndReportsIt) {
 }
 
 TEST_F(DriverTest, StopWhileTheUpdateThreadWaitsForTheLockDoesNotDeadlock) {
-    const int gripper = simulator_.add_modbus_pty(quick_gripper());
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
     StoppingObserver stopper(driver_.get());
     driver_->add_notify_interface(&stopper);
 
@@ -92,7 +80,7 @@ TEST_F(DriverTest, StopWhileTheUpdateThreadWaitsForTheLockDoesNotDeadlock) {
 }
 
 TEST_F(DriverTest, StatusChangesAreReportedOnceAndNamesRoundTrip) {
-    const int gripper = simulator_.add_modbus_pty(quick_gripper());
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
     ASSERT_TRUE(connect_serial(gripper));
     observer_.clear();
     driver_->set_communication_status(GripperCommunication::CS_CONNECTED);

@@ -1,21 +1,7 @@
 #include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
 
-namespace {
-
-typedef GripperLogicControl GLC;
-
-gripper_sim::GripperOptions modbus_gripper() {
-    gripper_sim::GripperOptions options;
-    options.id = 3;
-    options.init_ms = 100;
-    options.full_stroke_ms = 400;
-    return options;
-}
-
-}  // namespace
-
 TEST_F(DriverTest, ModbusGripperIsHandshakenActivatedAndFollowedToArrival) {
-    const int gripper = simulator_.add_modbus_pty(modbus_gripper());
+    const int gripper = simulator_.add_modbus_pty(quick_options(3, 1000));
     ASSERT_TRUE(connect_serial(gripper));
     EXPECT_EQ(3, driver_->get_model_series());
     EXPECT_EQ((std::vector<uint8_t>{0x01, 0x02}), driver_->get_version());
@@ -46,11 +32,10 @@ TEST_F(DriverTest, ModbusGripperIsHandshakenActivatedAndFollowedToArrival) {
 }
 
 TEST_F(DriverTest, ModbusGripperReportsAnObjectAndItsDrop) {
-    gripper_sim::GripperOptions options = modbus_gripper();
+    gripper_sim::GripperOptions options = quick_options(3, 1000);
     options.object_at = 300;
     const int gripper = simulator_.add_modbus_pty(options);
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    ASSERT_TRUE(connect_serial(gripper) && activate());
 
     // The fingers start at 0 and meet the object at 30 % on their way to 50 %.
     ASSERT_TRUE(driver_->set_position(50.0f));
@@ -64,9 +49,8 @@ TEST_F(DriverTest, ModbusGripperReportsAnObjectAndItsDrop) {
 }
 
 TEST_F(DriverTest, ModbusCommandsAreClampedAndConvertedToTheRegisterScale) {
-    const int gripper = simulator_.add_modbus_pty(modbus_gripper());
-    ASSERT_TRUE(connect_serial(gripper));
-    ASSERT_TRUE(activate());
+    const int gripper = simulator_.add_modbus_pty(quick_options(3, 1000));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
 
     const struct {
         float position;
@@ -87,7 +71,7 @@ TEST_F(DriverTest, ModbusCommandsAreClampedAndConvertedToTheRegisterScale) {
 }
 
 TEST_F(DriverTest, CommandsAreRefusedOutsideTheirStatuses) {
-    gripper_sim::GripperOptions options = modbus_gripper();
+    gripper_sim::GripperOptions options = quick_options(3, 1000);
     options.full_stroke_ms = 20000;
     const int gripper = simulator_.add_modbus_pty(options);
     ASSERT_TRUE(connect_serial(gripper));
@@ -107,7 +91,7 @@ TEST_F(DriverTest, CommandsAreRefusedOutsideTheirStatuses) {
 }
 
 TEST_F(DriverTest, SerialGripperWithoutModbusIsHandshakenWithFrames) {
-    gripper_sim::GripperOptions options = modbus_gripper();
+    gripper_sim::GripperOptions options = quick_options(3, 1000);
     options.position_max = 100;
     const int gripper = simulator_.add_custom_pty(options);
     ASSERT_TRUE(connect_serial(gripper));
@@ -122,7 +106,7 @@ TEST_F(DriverTest, SerialGripperWithoutModbusIsHandshakenWithFrames) {
 }
 
 TEST_F(DriverTest, SerialGripperThatAnswersNeitherProtocolFailsTheHandshake) {
-    const int gripper = simulator_.add_modbus_pty(modbus_gripper());
+    const int gripper = simulator_.add_modbus_pty(quick_options(3, 1000));
     simulator_.set_fault(gripper, gripper_sim::Fault::silent);
     driver_.reset(new GripperUSBSerialportCommunicationControl());
     ASSERT_TRUE(driver_->open({"CO_MANUAL", simulator_.endpoint(gripper)}));

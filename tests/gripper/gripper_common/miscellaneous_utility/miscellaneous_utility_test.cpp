@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/test_support/log_capture.h"
+#include "tests/test_support/wait_until.h"
 
 namespace {
 
@@ -67,33 +68,20 @@ TEST(MiscellaneousUtilityTest, WritesBytesAsUpperCaseHex) {
     EXPECT_EQ("0x00 0x0A 0xAB 0xFF ", MU::convert_hex_binary({0x00, 0x0A, 0xAB, 0xFF}));
 }
 
-// The monotonic clock in milliseconds, wrapped to 32 bits as current_time_millis computes it.
-int32_t steady_millis() {
-    const auto since_start = std::chrono::steady_clock::now().time_since_epoch();
-    const auto millis = std::chrono::duration_cast<std::chrono::milliseconds>(since_start);
-    return static_cast<int32_t>(static_cast<uint32_t>(millis.count()));
-}
-
-// Wrap-safe difference later - earlier.
-int32_t elapsed(int32_t earlier, int32_t later) {
-    return static_cast<int32_t>(static_cast<uint32_t>(later) - static_cast<uint32_t>(earlier));
-}
-
+// The monotonic clock in milliseconds, wrapped to 32 bits: it lies between two readings of the
+// steady clock taken around it, and it advances.
 TEST(MiscellaneousUtilityTest, CountsMonotonicMilliseconds) {
+    const auto elapsed = [](int32_t earlier, int32_t later) {
+        return static_cast<int32_t>(static_cast<uint32_t>(later) - static_cast<uint32_t>(earlier));
+    };
     const int32_t before = MU::current_time_millis();
-    const int32_t reference = steady_millis();
+    const auto steady = std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
     const int32_t after = MU::current_time_millis();
+    const int32_t reference = static_cast<int32_t>(static_cast<uint32_t>(steady.count()));
     EXPECT_LE(0, elapsed(before, reference));
     EXPECT_LE(0, elapsed(reference, after));
-
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-    int32_t previous = after;
-    while (elapsed(after, previous) < 3 && std::chrono::steady_clock::now() < deadline) {
-        const int32_t now = MU::current_time_millis();
-        ASSERT_LE(0, elapsed(previous, now));
-        previous = now;
-    }
-    EXPECT_LE(3, elapsed(after, previous));
+    EXPECT_TRUE(wait_until([&] { return elapsed(after, MU::current_time_millis()) >= 3; }));
 }
 
 }  // namespace

@@ -3,19 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <type_traits>
 
 #include "tests/test_support/log_capture.h"
 
 namespace {
 
 typedef GripperCommunication GC;
-
-static_assert(std::is_abstract<GC>::value, "the link is abstract");
-static_assert(std::has_virtual_destructor<GC>::value, "links are deleted by base");
-static_assert(!std::is_copy_constructible<GC>::value, "a link is not copied");
-static_assert(sizeof(GC::CommunicationStatus) == 4 && sizeof(GC::CommunicationConnection) == 4,
-              "32-bit enumerations");
 
 // The names of the first and last values round-trip (the others are used by every link and
 // driver test); values and names outside the enumerations give "" or the undefined value, logged.

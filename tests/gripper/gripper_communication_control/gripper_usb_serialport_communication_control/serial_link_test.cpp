@@ -1,7 +1,6 @@
 // The serial link on real pseudo-terminals whose device end the test plays.
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <atomic>
@@ -11,20 +10,19 @@
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control.h"
 #include "gripper/gripper_protocol/gripper_modbus_protocol/gripper_modbus_protocol.h"
 #include "tests/test_support/child_process.h"
-#include "tests/test_support/fd_stream.h"
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/recording_observer.h"
-#include "tests/test_support/wait_until.h"
 
 namespace {
+
+// The position read of gripper 1 and the answer carrying 500.
+const Bytes kRequest = GripperModbusProtocol().build_position_protocol(1, false, 0);
+const Bytes kAnswer = {0x01, 0x03, 0x02, 0x01, 0xF4, 0xB8, 0x53};
 
 // The device end of a serial line: by default the master of a new pseudo-terminal pair whose
 // slave the link opens; or any other terminal handed over by the test.
 class PtyDevice {
 public:
-    // Called on the device's thread for every complete request, counted from 0.
-    typedef std::function<void(int index, const Bytes& request)> Handler;
-
     PtyDevice() : stream_(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)) {
         char name[64] = {0};
         if (0 == grantpt(fd()) && 0 == unlockpt(fd()) && 0 == ptsname_r(fd(), name, sizeof(name))) {
@@ -37,29 +35,30 @@ public:
     const std::string& slave_path() const { return slave_path_; }
     int fd() const { return stream_.fd(); }
     bool send(const Bytes& bytes) { return stream_.write(bytes); }
-    // Complete requests received so far; counted before the handler answers.
+    // The kRequest frames received so far, and all bytes received.
     int requests() const { return requests_; }
-    // Every byte received so far (requests and partial requests).
     long bytes_received() const { return bytes_received_; }
 
-    // Hands each request of request_length bytes to handler until the device is closed.
-    void serve(size_t request_length, Handler handler) {
-        thread_ = std::thread([this, request_length, handler] {
+    // Until the device is closed, calls handler on the device's thread with the number of each
+    // request received, counted from 0; any other bytes go unanswered.
+    void serve(std::function<void(int)> handler) {
+        thread_ = std::thread([this, handler] {
             Bytes pending;
             while (!stop_) {
-                uint8_t buffer[256];
-                const ssize_t size = stream_.readable(10) ? ::read(fd(), buffer, 256) : 0;
-                if (size < 0) {
+                const Bytes bytes = stream_.read(256, std::chrono::milliseconds(10));
+                if (bytes.empty()) {
                     // No slave open yet, or it was closed: nothing to read until it opens again.
                     std::this_thread::sleep_for(std::chrono::milliseconds(5));
-                    continue;
                 }
-                bytes_received_ += size;
-                pending.insert(pending.end(), buffer, buffer + size);
-                while (pending.size() >= request_length) {
-                    const Bytes request(pending.begin(), pending.begin() + request_length);
-                    pending.erase(pending.begin(), pending.begin() + request_length);
-                    handler(requests_++, request);
+                bytes_received_ += bytes.size();
+                pending.insert(pending.end(), bytes.begin(), bytes.end());
+                while (pending.size() >= kRequest.size()) {
+                    const bool request =
+                        std::equal(kRequest.begin(), kRequest.end(), pending.begin());
+                    pending.erase(pending.begin(), pending.begin() + kRequest.size());
+                    if (request) {
+                        handler(requests_++);
+                    }
                 }
             }
         });
@@ -91,23 +90,8 @@ public:
         delete gripper_protocol_;
         gripper_protocol_ = protocol;
     }
-    void set_retry_cap(bool on) { retry_cap_ = on; }
 };
 
-// The Modbus answer to a one-register read request, carrying 500.
-Bytes answer_to(const Bytes& request) {
-    Bytes answer = {request[0], 0x03, 0x02, 0x01, 0xF4};
-    const uint16_t crc = modbus_crc_16(answer);
-    answer.push_back(static_cast<uint8_t>(crc & 0xFF));
-    answer.push_back(static_cast<uint8_t>(crc >> 8));
-    return answer;
-}
-
-// The position read of gripper 1.
-const Bytes kRequest = GripperModbusProtocol().build_position_protocol(1, false, 0);
-const Bytes kAnswer = answer_to(kRequest);
-
-// A serial link on a pty pair whose device the test plays.
 class SerialLinkTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -119,9 +103,9 @@ protected:
 
     // Lets the device answer every request with kAnswer, or not at all.
     void serve(bool answer = true) {
-        device_.serve(kRequest.size(), [this, answer](int, const Bytes& request) {
+        device_.serve([this, answer](int) {
             if (answer) {
-                device_.send(answer_to(request));
+                device_.send(kAnswer);
             }
         });
     }
@@ -140,7 +124,7 @@ protected:
 
 TEST_F(SerialLinkTest, RefusedOpensLogWhyAndLeaveThePortClosedAndNoDescriptorBehind) {
     const std::string pty = device_.slave_path();
-    const int descriptors = open_descriptor_count();
+    const int descriptor = next_descriptor();
     const std::vector<std::pair<std::vector<std::string>, std::vector<std::string>>> cases = {
         {{}, {"E list_parameters.size() < 2"}},
         {{"CO_MANUAL"}, {"E list_parameters.size() < 2", "E CO_MANUAL"}},
@@ -163,7 +147,7 @@ TEST_F(SerialLinkTest, RefusedOpensLogWhyAndLeaveThePortClosedAndNoDescriptorBeh
         EXPECT_FALSE(link_.write(kRequest));
         EXPECT_LE(1, log_.count("E -1 == private_->fd_"));
     }
-    EXPECT_EQ(descriptors, open_descriptor_count());
+    EXPECT_EQ(descriptor, next_descriptor());
     EXPECT_TRUE(observer_.events().empty());
 }
 
@@ -180,12 +164,7 @@ TEST_F(SerialLinkTest, OpensAPseudoTerminalRawAt115200Baud8N1) {
     EXPECT_EQ(static_cast<speed_t>(B115200), cfgetospeed(&termios));
     EXPECT_EQ(0, termios.c_cc[VMIN] | termios.c_cc[VTIME]);
     EXPECT_EQ(GripperCommunication::CC_USB_SERIALPORT, link_.get_communication_connection());
-    EXPECT_TRUE(link_.handshake_check());
-    EXPECT_TRUE(link_.is_alive());
-    EXPECT_EQ(5, link_.get_write_retry_max_count());
-    EXPECT_EQ(5, link_.get_wait_retry_max_count());
-    EXPECT_EQ(5, link_.get_alive_retry_max_count());
-    EXPECT_EQ(100, link_.get_default_wait_for_length_available_interval());
+    EXPECT_TRUE(link_.handshake_check() && link_.is_alive());
 
     EXPECT_TRUE(link_.close());
     log_.clear();
@@ -196,26 +175,23 @@ TEST_F(SerialLinkTest, OpensAPseudoTerminalRawAt115200Baud8N1) {
 
 TEST(SerialLinkSocat, ExchangesOverAPseudoTerminalPairMadeBySocat) {
     TempDir dir;
-    ChildProcess socat("socat", {"pty,raw,echo=0,link=" + dir.file("first"),
-                                 "pty,raw,echo=0,link=" + dir.file("second")});
-    ASSERT_TRUE(wait_until([&] {
-        return 0 == access(dir.file("first").c_str(), F_OK) &&
-               0 == access(dir.file("second").c_str(), F_OK);
-    }));
+    const std::string first = dir.file("first"), second = dir.file("second");
+    ChildProcess socat("socat", {"pty,raw,echo=0,link=" + first, "pty,raw,echo=0,link=" + second});
+    ASSERT_TRUE(wait_until(
+        [&] { return 0 == access(first.c_str(), F_OK) && 0 == access(second.c_str(), F_OK); }));
     LogCapture log;
     SerialLink link;
-    ASSERT_TRUE(link.open({"CO_MANUAL", dir.file("first")}));
-    PtyDevice device(open_raw_terminal(dir.file("second")));
-    device.serve(kRequest.size(),
-                 [&device](int, const Bytes& request) { device.send(answer_to(request)); });
+    ASSERT_TRUE(link.open({"CO_MANUAL", first}));
+    PtyDevice device(open_raw_terminal(second));
+    device.serve([&device](int) { device.send(kAnswer); });
     EXPECT_EQ(kAnswer, link.write_read(false, GripperModbusProtocol::READ_LENGTH, kRequest));
     EXPECT_EQ(1, device.requests());
 }
 
 TEST_F(SerialLinkTest, AnswerArrivingInPiecesIsAssembled) {
     // Byte by byte with a short pause between them, as a slow port delivers.
-    device_.serve(kRequest.size(), [this](int, const Bytes& request) {
-        for (uint8_t byte : answer_to(request)) {
+    device_.serve([this](int) {
+        for (uint8_t byte : kAnswer) {
             device_.send(Bytes(1, byte));
             std::this_thread::sleep_for(std::chrono::milliseconds(2));
         }
@@ -238,25 +214,9 @@ TEST_F(SerialLinkTest, SilentDeviceGetsFiveWritesThenReadException) {
     EXPECT_EQ(std::vector<std::string>{"CS_READ_EXCEPTION"}, observer_.events());
 }
 
-TEST_F(SerialLinkTest, WithoutRetryCapOnlyTheFirstExhaustionReportsReadException) {
-    link_.set_retry_cap(false);
-    serve(false);
-    ASSERT_TRUE(open_link());
-    EXPECT_TRUE(exchange().empty());
-    EXPECT_TRUE(wait_until([this] { return 5 == device_.requests(); }));
-    EXPECT_EQ(GripperCommunication::CS_READ_EXCEPTION, link_.get_communication_status());
-    EXPECT_FALSE(log_.contains("count > 3"));
-
-    link_.set_communication_status(GripperCommunication::CS_CONNECTED);
-    EXPECT_TRUE(exchange().empty());
-    EXPECT_TRUE(wait_until([this] { return 10 == device_.requests(); }));
-    EXPECT_EQ(GripperCommunication::CS_CONNECTED, link_.get_communication_status());
-    EXPECT_EQ(1, observer_.count("CS_READ_EXCEPTION"));
-}
-
 TEST_F(SerialLinkTest, RejectedAnswerIsDiscardedAndTheNextPassAccepted) {
-    device_.serve(kRequest.size(), [this](int index, const Bytes& request) {
-        Bytes answer = answer_to(request);
+    device_.serve([this](int index) {
+        Bytes answer = kAnswer;
         answer.back() ^= (0 == index) ? 0xFF : 0x00;
         device_.send(answer);
     });

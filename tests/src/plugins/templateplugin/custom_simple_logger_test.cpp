@@ -102,41 +102,43 @@ protected:
     QString previous_dir_;
 };
 
-TEST_F(QtLoggingTest, BackEndEmitsOneQuotedDebugMessageOfTheDefaultCategory) {
+// simple_logger's call becomes one quoted debug message of the default category, written as one
+// line with the local time and tag. Each message is handed on to the handler installed before the
+// first install, a fatal one too, and the process goes on.
+TEST_F(QtLoggingTest, WritesEachMessageAsOneLineAndHandsItOnToThePreviousHandler) {
     qInstallMessageHandler(record_message);
-    register_simple_logger(custom_simple_logger);
-    const std::string long_text(100000, 'y');
-
-    simple_logger("E", "some/file.cpp", 123, "value %d of %s, %s", 42, "x", long_text.c_str());
-
-    // A debug message (type 0) of the default category.
-    EXPECT_EQ(
-        std::vector<std::string>{"0 \"E_some/file.cpp_123:value 42 of x, " + long_text + "\""},
-        received());
-    EXPECT_EQ("default some/file.cpp:123", g_context);
-    EXPECT_FALSE(QFile::exists(QString::fromLatin1(kLogFile)));
-}
-
-TEST_F(QtLoggingTest, WritesLocalTimeTagAndMessageAsOneLine) {
     install_gripper_logging();
-    g_default_qt_message_halder_ = nullptr;
+    install_gripper_logging();
+    EXPECT_EQ(&record_message, g_default_qt_message_halder_);
+    const std::string long_text(100000, 'y');
     const QDateTime now = QDateTime::currentDateTime();
     const QDateTime before = now.addMSecs(-now.time().msec());
 
     const unsigned int line = __LINE__ + 1;
-    GRIPPER_LOG("W", "count = %d, name = %s", 7, "gripper");
+    GRIPPER_LOG("W", "count = %d, name = %s, %s", 7, "gripper", long_text.c_str());
+    EXPECT_EQ("default " + std::string(__FILE__) + ":" + std::to_string(line), g_context);
     write_message(QtDebugMsg, QStringLiteral("keeps %1 and %2 as written"));
+    qWarning("warned %d", 5);
+    write_message(QtFatalMsg, QStringLiteral("fatal, yet the process goes on"));
 
     const QDateTime after = QDateTime::currentDateTime();
+    const std::string text = "\"W_" + std::string(__FILE__) + "_" + std::to_string(line) +
+                             ":count = 7, name = gripper, " + long_text + "\"";
+    // Debug, warning and fatal messages are types 0, 1 and 3.
+    EXPECT_EQ((std::vector<std::string>{"0 " + text, "0 keeps %1 and %2 as written", "1 warned 5",
+                                        "3 fatal, yet the process goes on"}),
+              received());
     const QStringList lines = log_lines();
-    ASSERT_EQ(2, lines.size());
+    ASSERT_EQ(4, lines.size());
     const LogLine first = parse(lines[0]);
     EXPECT_LE(before, first.time);
     EXPECT_GE(after, first.time);
     EXPECT_EQ(QStringLiteral("[DEBUG]"), first.tag);
-    EXPECT_EQ(QStringLiteral("\"W_%1_%2:count = 7, name = gripper\"").arg(__FILE__).arg(line),
-              first.message);
+    EXPECT_EQ(QString::fromStdString(text), first.message);
     EXPECT_EQ(QStringLiteral("keeps %1 and %2 as written"), parse(lines[1]).message);
+    EXPECT_EQ(QStringLiteral("[WARN]"), parse(lines[2]).tag);
+    EXPECT_EQ(QStringLiteral("warned 5"), parse(lines[2]).message);
+    EXPECT_EQ(QStringLiteral("Fatal:"), parse(lines[3]).tag);
 }
 
 TEST_F(QtLoggingTest, TagsEachMessageType) {
@@ -220,25 +222,6 @@ TEST_F(QtLoggingTest, LinesFromSeveralThreadsStayWholeAndTheSizeLimitHolds) {
         EXPECT_TRUE(number < 0 || per_thread - 1 == number);
     }
     EXPECT_EQ(static_cast<size_t>(total), received().size());
-}
-
-TEST_F(QtLoggingTest, HandsEachMessageOnToThePreviousHandler) {
-    qInstallMessageHandler(record_message);
-    install_gripper_logging();
-    install_gripper_logging();
-    EXPECT_EQ(&record_message, g_default_qt_message_halder_);
-
-    qWarning("warned %d", 5);
-    write_message(QtFatalMsg, QStringLiteral("fatal, yet the process goes on"));
-
-    // A warning (type 1) and a fatal message (type 3).
-    EXPECT_EQ((std::vector<std::string>{"1 warned 5", "3 fatal, yet the process goes on"}),
-              received());
-    const QStringList lines = log_lines();
-    ASSERT_EQ(2, lines.size());
-    EXPECT_EQ(QStringLiteral("[WARN]"), parse(lines[0]).tag);
-    EXPECT_EQ(QStringLiteral("warned 5"), parse(lines[0]).message);
-    EXPECT_EQ(QStringLiteral("Fatal:"), parse(lines[1]).tag);
 }
 
 }  // namespace
