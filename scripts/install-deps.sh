@@ -8,6 +8,7 @@ packages=(
     qtbase5-dev libqt5serialport5-dev
     libspdlog-dev libfmt-dev
     libmodbus-dev socat
+    qttools5-dev qttools5-dev-tools fonts-dejavu-core python3-clang-14 xvfb xauth
 )
 
 missing=()

@@ -1,0 +1,3 @@
+#include "platform/dropdownlist.h"
+
+DropDownList::DropDownList(QWidget* parent) : QComboBox(parent) {}
