@@ -5,6 +5,7 @@
 #include <map>
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control_private.h"
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_operation_lock.h"
 #include "gripper/gripper_common/enum_name_map/enum_name_map.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 
@@ -56,7 +57,7 @@ GripperLogicControl::~GripperLogicControl() {
 }
 
 bool GripperLogicControl::handshake() {
-    DriverLock lock(private_->mutex_);
+    GripperOperationLock lock(*private_);
     if (!private_->choose_protocol()) {
         return false;
     }
@@ -89,40 +90,16 @@ bool GripperLogicControl::handshake() {
 }
 
 bool GripperLogicControl::sync() {
-    DriverLock lock(private_->mutex_);
-    if (nullptr == gripper_protocol_) {
-        GRIPPER_LOG("E", "NULL == gripper_protocol_");
+    GripperOperationLock lock(*private_);
+    if (!private_->sync_values()) {
         return false;
     }
-    if (!private_->sync_initialize()) {
-        GRIPPER_LOG("E", "!private_->sync_initialize()");
-        return false;
-    }
-    if (1 != private_->initialize_) {
-        return true;
-    }
-    if (!private_->sync_position()) {
-        GRIPPER_LOG("E", "!private_->sync_position()");
-        return false;
-    }
-    if (support_unify_force()) {
-        if (!private_->sync_force()) {
-            GRIPPER_LOG("E", "!private_->sync_force()");
-            return false;
-        }
-    } else if (!private_->sync_closing_force()) {
-        GRIPPER_LOG("E", "!private_->sync_closing_force(");
-        return false;
-    }
-    if (support_speed() && !private_->sync_speed()) {
-        GRIPPER_LOG("E", "!private_->sync_speed()");
-        return false;
-    }
+    private_->zeroes_pending_ = false;
     return true;
 }
 
 bool GripperLogicControl::set_activate() {
-    DriverLock lock(private_->mutex_);
+    GripperOperationLock lock(*private_);
     if (!accepts_activation(get_gripper_status())) {
         GRIPPER_LOG("W", "get_gripper_status() = %s",
                     gripper_status_to_string(get_gripper_status()).c_str());
@@ -137,7 +114,7 @@ bool GripperLogicControl::set_activate() {
 }
 
 bool GripperLogicControl::set_position(float position) {
-    DriverLock lock(private_->mutex_);
+    GripperOperationLock lock(*private_);
     if (!private_->accepts_motion_command()) {
         return false;
     }
@@ -162,7 +139,7 @@ bool GripperLogicControl::set_position_max() {
 }
 
 bool GripperLogicControl::set_force(int force) {
-    DriverLock lock(private_->mutex_);
+    GripperOperationLock lock(*private_);
     if (!private_->accepts_motion_command()) {
         return false;
     }
@@ -194,7 +171,7 @@ bool GripperLogicControl::set_force_max() {
 }
 
 bool GripperLogicControl::set_speed(int speed) {
-    DriverLock lock(private_->mutex_);
+    GripperOperationLock lock(*private_);
     if (!private_->accepts_motion_command()) {
         return false;
     }
@@ -233,6 +210,18 @@ int GripperLogicControl::get_speed() {
     return private_->speed_;
 }
 
+float GripperLogicControl::cached_position() const {
+    return private_->cached_position_;
+}
+
+int GripperLogicControl::cached_force() const {
+    return private_->cached_force_;
+}
+
+int GripperLogicControl::cached_speed() const {
+    return private_->cached_speed_;
+}
+
 GripperLogicControl::GripperStatus GripperLogicControl::get_gripper_status() const {
     return private_->gripper_status_;
 }
@@ -242,7 +231,6 @@ GripperCommunication::CommunicationStatus GripperLogicControl::get_communication
 }
 
 int32_t GripperLogicControl::get_model_series() const {
-    DriverLock lock(private_->mutex_);
     return private_->model_series_;
 }
 
@@ -252,7 +240,7 @@ std::vector<uint8_t> GripperLogicControl::get_version() const {
 }
 
 void GripperLogicControl::add_notify_interface(NotifyInterface* notify) {
-    DriverLock lock(private_->mutex_);
+    std::lock_guard<std::mutex> list_lock(private_->notify_mutex_);
     auto& observers = private_->notify_interfaces_;
     if (observers.end() == std::find(observers.begin(), observers.end(), notify)) {
         observers.push_back(notify);
@@ -261,6 +249,7 @@ void GripperLogicControl::add_notify_interface(NotifyInterface* notify) {
 
 void GripperLogicControl::remove_notify_interface(NotifyInterface* notify) {
     DriverLock lock(private_->mutex_);
+    std::lock_guard<std::mutex> list_lock(private_->notify_mutex_);
     auto& observers = private_->notify_interfaces_;
     auto iter = std::find(observers.begin(), observers.end(), notify);
     if (observers.end() != iter) {

@@ -63,9 +63,15 @@ public:
     bool set_speed_min();
     bool set_speed_max();
 
+    // These wait for an update cycle or a command in progress.
     float get_position() const;
     int get_force();
     int get_speed();
+    // The values as of the end of the last finished update cycle, command or sync, without
+    // waiting for the driver lock: for the pendant's interface thread. 0 before the first sync.
+    float cached_position() const;
+    int cached_force() const;
+    int cached_speed() const;
     GripperStatus get_gripper_status() const;
     CommunicationStatus get_communication_status() const;
     int32_t get_model_series() const;
@@ -82,7 +88,9 @@ public:
     bool support_speed() const;
     bool support_angle() const;
 
+    // Does not wait for an exchange in progress.
     void add_notify_interface(NotifyInterface* notify);
+    // Waits for a notification in progress; once it returns, the observer is not called again.
     void remove_notify_interface(NotifyInterface* notify);
     void set_gripper_communication(GripperCommunication* communication);
 

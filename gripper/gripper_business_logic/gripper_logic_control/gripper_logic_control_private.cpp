@@ -1,5 +1,6 @@
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control_private.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
@@ -37,7 +38,11 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       speed_(0),
       angle_(0),
       maximum_current_(0),
-      model_series_(0) {
+      model_series_(0),
+      cached_position_(0.0f),
+      cached_force_(0),
+      cached_speed_(0),
+      zeroes_pending_(false) {
     sem_init(&semaphore_, 0, 0);
 }
 
@@ -198,8 +203,41 @@ bool GripperLogicControlPrivate::sync_model() {
     return true;
 }
 
+bool GripperLogicControlPrivate::sync_values() {
+    if (nullptr == parent_->gripper_protocol_) {
+        GRIPPER_LOG("E", "NULL == gripper_protocol_");
+        return false;
+    }
+    if (!sync_initialize()) {
+        GRIPPER_LOG("E", "!private_->sync_initialize()");
+        return false;
+    }
+    if (1 != initialize_) {
+        return true;
+    }
+    if (!sync_position()) {
+        GRIPPER_LOG("E", "!private_->sync_position()");
+        return false;
+    }
+    if (support_unify_force()) {
+        if (!sync_force()) {
+            GRIPPER_LOG("E", "!private_->sync_force()");
+            return false;
+        }
+    } else if (!sync_closing_force()) {
+        GRIPPER_LOG("E", "!private_->sync_closing_force(");
+        return false;
+    }
+    if (support_speed() && !sync_speed()) {
+        GRIPPER_LOG("E", "!private_->sync_speed()");
+        return false;
+    }
+    return true;
+}
+
 bool GripperLogicControlPrivate::sync_initialize() {
     initialize_ = 0;
+    zeroes_pending_ = true;
     set_gripper_position(0);
     set_gripper_force(0);
     if (support_speed()) {
@@ -302,6 +340,21 @@ void GripperLogicControlPrivate::set_gripper_speed(int speed) {
     notify([this, speed](GripperLogicControl::NotifyInterface* observer) {
         observer->on_speed_changed(parent_, speed);
     });
+}
+
+void GripperLogicControlPrivate::publish_values() {
+    if (zeroes_pending_) {
+        return;
+    }
+    cached_position_ = position_;
+    cached_force_ = force_;
+    cached_speed_ = speed_;
+}
+
+bool GripperLogicControlPrivate::is_observer(GripperLogicControl::NotifyInterface* observer) {
+    std::lock_guard<std::mutex> list_lock(notify_mutex_);
+    return notify_interfaces_.end() !=
+           std::find(notify_interfaces_.begin(), notify_interfaces_.end(), observer);
 }
 
 // Rotation is not driven by this system.

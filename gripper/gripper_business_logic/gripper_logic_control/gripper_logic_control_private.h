@@ -58,12 +58,19 @@ public:
 
     template <typename Call>
     void notify(Call call);
+    bool is_observer(GripperLogicControl::NotifyInterface* observer);
+    // Makes the stored values the ones cached_position() and its siblings answer, unless a
+    // read-back has reported its zeroes and not yet the real values.
+    void publish_values();
+    bool sync_values();
 
     GripperLogicControl* parent_;
     int32_t last_update_time_;
     int32_t update_interval_;
     mutable std::recursive_timed_mutex mutex_;
     std::vector<GripperLogicControl::NotifyInterface*> notify_interfaces_;
+    // Guards notify_interfaces_, so that adding an observer does not wait for an exchange.
+    std::mutex notify_mutex_;
     pthread_t thread_;
     bool thread_start_;
     std::atomic<bool> thread_loop_;
@@ -82,6 +89,11 @@ public:
     int32_t angle_;
     int32_t maximum_current_;
     std::atomic<int32_t> model_series_;
+    std::atomic<float> cached_position_;
+    std::atomic<int32_t> cached_force_;
+    std::atomic<int32_t> cached_speed_;
+    // Set from the zeroes of sync_initialize() until sync() has read the real values.
+    bool zeroes_pending_;
 
 private:
     bool choose_protocol();
@@ -95,12 +107,20 @@ private:
     friend class GripperLogicControl;
 };
 
+// Calls every observer with the driver lock held. It iterates a copy, so that an observer may
+// add or remove observers, and skips one removed meanwhile.
 template <typename Call>
 void GripperLogicControlPrivate::notify(Call call) {
     std::lock_guard<std::recursive_timed_mutex> lock(mutex_);
-    const std::vector<GripperLogicControl::NotifyInterface*> observers = notify_interfaces_;
+    std::vector<GripperLogicControl::NotifyInterface*> observers;
+    {
+        std::lock_guard<std::mutex> list_lock(notify_mutex_);
+        observers = notify_interfaces_;
+    }
     for (GripperLogicControl::NotifyInterface* observer : observers) {
-        call(observer);
+        if (is_observer(observer)) {
+            call(observer);
+        }
     }
 }
 

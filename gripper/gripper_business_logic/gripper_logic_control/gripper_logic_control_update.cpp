@@ -219,12 +219,11 @@ void GripperLogicControlPrivate::update() {
         return;
     }
     const GripperLogicControl::GripperStatus status = gripper_status_;
-    if (!run_cycle_for(status)) {
-        return;
-    }
-    if (GripperLogicControl::GS_ARRIVED == status || GripperLogicControl::GS_DETECTED == status) {
+    if (run_cycle_for(status) &&
+        (GripperLogicControl::GS_ARRIVED == status || GripperLogicControl::GS_DETECTED == status)) {
         move_pending_ = false;
     }
+    publish_values();
 }
 
 // Takes the driver lock for a cycle, giving up when the loop is stopped meanwhile.

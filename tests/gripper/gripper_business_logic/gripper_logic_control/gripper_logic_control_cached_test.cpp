@@ -1,0 +1,133 @@
+#include <atomic>
+#include <future>
+#include <thread>
+
+#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+
+namespace {
+
+// Reads the cached values the way a page redraws, on a thread of its own, and remembers whether
+// it ever saw a zero.
+class PageLikeReader {
+public:
+    explicit PageLikeReader(const GripperLogicControl& driver)
+        : driver_(driver), thread_([this] { run(); }) {}
+    ~PageLikeReader() { stop(); }
+
+    void stop() {
+        running_ = false;
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
+    bool saw_zero() const { return saw_zero_; }
+    long reads() const { return reads_; }
+
+private:
+    void run() {
+        while (running_) {
+            if (0.0f == driver_.cached_position() || 0 == driver_.cached_force() ||
+                0 == driver_.cached_speed()) {
+                saw_zero_ = true;
+            }
+            ++reads_;
+            std::this_thread::yield();
+        }
+    }
+
+    const GripperLogicControl& driver_;
+    std::atomic<bool> running_{true};
+    std::atomic<bool> saw_zero_{false};
+    std::atomic<long> reads_{0};
+    std::thread thread_;
+};
+
+// Removes another observer from inside a notification.
+class RemovingObserver : public RecordingObserver {
+public:
+    RemovingObserver(GripperLogicControl* driver, GripperLogicControl::NotifyInterface* other)
+        : driver_(driver), other_(other) {}
+    void on_gripper_move_status_changed(GripperLogicControl* control,
+                                        GripperLogicControl::GripperStatus status) override {
+        RecordingObserver::on_gripper_move_status_changed(control, status);
+        driver_->remove_notify_interface(other_);
+    }
+
+private:
+    GripperLogicControl* driver_;
+    GripperLogicControl::NotifyInterface* other_;
+};
+
+}  // namespace
+
+TEST_F(DriverTest, CachedValuesFollowFinishedCyclesAndNeverShowTheirZeroes) {
+    gripper_sim::GripperOptions options = quick_options(1, 1000, 50);
+    options.late_ms = 40;
+    const int gripper = simulator_.add_modbus_pty(options);
+    driver_.reset(new GripperUSBSerialportCommunicationControl());
+    driver_->add_notify_interface(&observer_);
+    ASSERT_TRUE(driver_->open({"CO_MANUAL", simulator_.endpoint(gripper)}));
+    ASSERT_TRUE(driver_->handshake());
+    EXPECT_EQ(0.0f, driver_->cached_position());
+    ASSERT_TRUE(driver_->sync());
+    driver_->start_loop_update();
+    ASSERT_TRUE(activate() && driver_->set_position(50.0f) && wait_for_status(GLC::GS_ARRIVED));
+    // Activating again keeps the fingers where they are; from then on every cycle reads back
+    // with sync(), which reports zeroes first.
+    ASSERT_TRUE(activate());
+    ASSERT_TRUE(wait_until([&] { return 50.0f == driver_->cached_position(); }));
+    EXPECT_EQ(100, driver_->cached_force());
+    EXPECT_EQ(100, driver_->cached_speed());
+
+    // Late answers hold each cycle's zeroes for a while.
+    simulator_.set_fault(gripper, gripper_sim::Fault::late);
+    observer_.clear();
+    PageLikeReader reader(*driver_);
+    ASSERT_TRUE(wait_until([&] { return observer_.count("position 50.0") >= 3; }));
+    EXPECT_GE(observer_.count("position 0.0"), 3);
+
+    // A cycle that fails after its zeroes leaves the last finished values.
+    simulator_.set_fault(gripper, gripper_sim::Fault::silent);
+    observer_.clear();
+    ASSERT_TRUE(wait_until([&] { return observer_.seen("position 0.0"); }));
+    EXPECT_EQ(0.0f, driver_->get_position());
+    reader.stop();
+    EXPECT_FALSE(reader.saw_zero());
+    EXPECT_GT(reader.reads(), 0);
+    EXPECT_EQ(50.0f, driver_->cached_position());
+}
+
+TEST_F(DriverTest, AddingAnObserverDoesNotWaitForAnExchange) {
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
+    simulator_.set_fault(gripper, gripper_sim::Fault::silent);
+    const long frames = snapshot(gripper).frames_received;
+
+    // A silent gripper keeps the command's exchange, and the driver lock, for about a second.
+    auto command = std::async(std::launch::async, [&] { return driver_->set_force(60); });
+    ASSERT_TRUE(wait_until([&] { return snapshot(gripper).frames_received > frames; }));
+    RecordingObserver late_observer;
+    driver_->add_notify_interface(&late_observer);
+    driver_->cached_force();
+    EXPECT_NE(std::future_status::ready, command.wait_for(std::chrono::seconds(0)));
+    EXPECT_FALSE(command.get());
+
+    simulator_.set_fault(gripper, gripper_sim::Fault::none);
+    ASSERT_TRUE(wait_until([&] { return driver_->set_force(60); }));
+    EXPECT_TRUE(late_observer.seen("force 60"));
+    EXPECT_EQ(60, driver_->cached_force());
+    driver_->remove_notify_interface(&late_observer);
+}
+
+TEST_F(DriverTest, AnObserverRemovedDuringANotificationIsNotCalledAgain) {
+    driver_.reset(new GripperUSBSerialportCommunicationControl());
+    RecordingObserver removed;
+    RemovingObserver remover(driver_.get(), &removed);
+    driver_->add_notify_interface(&remover);
+    driver_->add_notify_interface(&removed);
+    driver_->set_gripper_status(GLC::GS_TURNING);
+    driver_->add_notify_interface(&remover);
+    driver_->set_gripper_status(GLC::GS_ARRIVED);
+    EXPECT_EQ(2u, remover.size());
+    EXPECT_EQ(0u, removed.size());
+}
