@@ -92,10 +92,23 @@ void outputMessage(QtMsgType type, const QMessageLogContext& context, const QStr
     }
 }
 
-void install_gripper_logging() {
-    register_simple_logger(custom_simple_logger);
+void install_output_message() {
     const QtMessageHandler previous = qInstallMessageHandler(outputMessage);
     if (outputMessage != previous) {
         g_default_qt_message_halder_ = previous;
     }
+}
+
+void uninstall_output_message() {
+    const QtMessageHandler current = qInstallMessageHandler(g_default_qt_message_halder_);
+    if (outputMessage != current) {
+        qInstallMessageHandler(current);
+        return;
+    }
+    g_default_qt_message_halder_ = nullptr;
+}
+
+void install_gripper_logging() {
+    register_simple_logger(custom_simple_logger);
+    install_output_message();
 }

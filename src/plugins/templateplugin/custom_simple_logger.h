@@ -18,6 +18,14 @@ void custom_simple_logger(const char* level, const char* file, unsigned int line
 // "./zanther_gripper_log.log", then hands it on to the previous handler.
 void outputMessage(QtMsgType type, const QMessageLogContext& context, const QString& message);
 
+// Installs outputMessage as the framework message handler and keeps the one it replaces; a
+// repeated call keeps the handler found by the first one.
+void install_output_message();
+
+// Puts the kept handler back in place of outputMessage; a handler installed after outputMessage
+// stays.
+void uninstall_output_message();
+
 // Registers custom_simple_logger and installs outputMessage, keeping the previous handler.
 // A repeated call keeps the handler found by the first one.
 void install_gripper_logging();

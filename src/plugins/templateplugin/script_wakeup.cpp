@@ -1,0 +1,6 @@
+#include "src/plugins/templateplugin/script_wakeup.h"
+
+void ScriptWakeup::wake() {
+    QMutexLocker locker(&mutex_);
+    condition_.wakeAll();
+}

@@ -1,0 +1,275 @@
+// The program-step editor made by the loaded plug-in, driven by clicks: ranges from the
+// configuration answer, press-and-hold, the device id field, showing, checking, saving and
+// removing a step through the plug-in manager, and trying the values on a simulated gripper.
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+#include <memory>
+
+#include "tests/src/plugins/templateplugin/message_box_answerer.h"
+#include "tests/src/plugins/templateplugin/plugin_host.h"
+#include "tests/src/plugins/templateplugin/qt_log_capture.h"
+#include "tests/src/plugins/templateplugin/script_thread.h"
+#include "tools/gripper_simulator/simulator.h"
+
+namespace {
+
+// Stands in for a plug-in whose script interface refuses every command.
+class RefusingPlugin : public ExtensionSystem::IPlugin {
+public:
+    bool pluginCommonInterface(const QString&, QString& out) override {
+        out = QStringLiteral("refused by the stand-in");
+        return false;
+    }
+    bool initParms() override { return true; }
+    bool pausePlugin() override { return true; }
+    bool continuePlugin() override { return true; }
+    bool stopPlugin() override { return true; }
+    QWidget* createUI(QWidget*) override { return nullptr; }
+    void setPluginSharedFilePath(const QString&) override {}
+    void setPluginMessageBoxParentWidget(QWidget*) override {}
+    void loadTranslator(const QString&) override {}
+    void enableEdit(const bool&) override {}
+};
+
+}  // namespace
+
+class PluginConditionEditorTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void takesItsRangesFromTheConfigurationAnswer();
+    void deviceIdTakesZeroTo255WithoutLeadingZero();
+    void pressAndHoldStepsWithinTheRange();
+    void showsAndChecksARecord();
+    void savesOnlyWhenTheStepIsOfThisPlugin();
+    void removesTheStepThroughThePendant();
+    void triesTheValuesOnAGripperWithoutBlocking();
+    void warnsWhenThePluginIsMissingOrRefuses();
+    void cleanupTestCase();
+
+private:
+    template <typename T>
+    T* child(const char* name) const {
+        T* widget = editor_->findChild<T*>(QString::fromLatin1(name));
+        if (nullptr == widget) {
+            qFatal("no child %s", name);
+        }
+        return widget;
+    }
+    QLineEdit* field(const char* name) const { return child<QLineEdit>(name); }
+    void type_into(const char* name, const QString& text) {
+        field(name)->clear();
+        QTest::keyClicks(field(name), text);
+    }
+    void click(const char* name) { QTest::mouseClick(child<QPushButton>(name), Qt::LeftButton); }
+
+    PluginHost host_;
+    QWidget* page_ = nullptr;
+    QWidget* editor_ = nullptr;
+};
+
+void PluginConditionEditorTest::initTestCase() {
+    QtLogCapture::install();
+    QVERIFY2(host_.load(), qPrintable(host_.error()));
+    page_ = host_.plugin()->createUI(nullptr);
+    editor_ = host_.createCondUI(nullptr);
+    QVERIFY(editor_);
+    editor_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(editor_));
+    editor_->grab().save(QCoreApplication::applicationDirPath() + "/condition_editor.png");
+}
+
+void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
+    QComboBox* plugins = child<QComboBox>("cmb_pluginName");
+    QCOMPARE(plugins->count(), 1);
+    QCOMPARE(plugins->currentText(), QStringLiteral("Zanther2F"));
+    QCOMPARE(field("le_position")->text(), QStringLiteral("0"));
+    QCOMPARE(field("le_force")->text(), QStringLiteral("20"));
+    QCOMPARE(field("le_speed")->text(), QStringLiteral("1"));
+    QCOMPARE(child<QLabel>("lbl_positionRange")->text(), QStringLiteral("  0 ~ 100"));
+    QCOMPARE(child<QLabel>("lbl_forceRange")->text(), QStringLiteral("  20 ~ 100"));
+    QCOMPARE(child<QLabel>("lbl_speedRange")->text(), QStringLiteral("  1 ~ 100"));
+    for (const char* name : {"le_deviceID", "le_position", "le_force", "le_speed"}) {
+        QCOMPARE(field(name)->whatsThis(), QStringLiteral("1"));
+    }
+    type_into("le_force", "150");
+    QCOMPARE(field("le_force")->text(), QStringLiteral("15"));
+}
+
+void PluginConditionEditorTest::deviceIdTakesZeroTo255WithoutLeadingZero() {
+    const QList<QPair<QString, QString>> typed{{"256", "25"},  {"01", "0"}, {"255", "255"},
+                                               {"199", "199"}, {"7", "7"},  {"1a", "1"}};
+    for (const auto& entry : typed) {
+        type_into("le_deviceID", entry.first);
+        QCOMPARE(field("le_deviceID")->text(), entry.second);
+    }
+}
+
+// One step on pressing, more every 20 ms while held, none after release; never past a bound.
+void PluginConditionEditorTest::pressAndHoldStepsWithinTheRange() {
+    QTimer* hold_timer = editor_->findChild<QTimer*>("hold_timer_");
+    QVERIFY(hold_timer);
+    field("le_position")->setText("100");
+    QTest::mousePress(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
+    QCOMPARE(field("le_position")->text(), QStringLiteral("100"));
+    QTest::mouseRelease(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
+    QVERIFY(!hold_timer->isActive());
+
+    field("le_position")->clear();
+    QTest::mousePress(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
+    QCOMPARE(field("le_position")->text(), QStringLiteral("1"));
+    QTRY_VERIFY(field("le_position")->text().toInt() >= 5);
+    QTest::mouseRelease(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
+    QVERIFY(!hold_timer->isActive());
+
+    field("le_force")->setText("22");
+    QTest::mousePress(child<QPushButton>("pbn_forceSub"), Qt::LeftButton);
+    QCOMPARE(field("le_force")->text(), QStringLiteral("21"));
+    QTRY_COMPARE(field("le_force")->text(), QStringLiteral("20"));
+    QTRY_VERIFY(hold_timer->isActive());
+    QCOMPARE(field("le_force")->text(), QStringLiteral("20"));
+    QTest::mouseRelease(child<QPushButton>("pbn_forceSub"), Qt::LeftButton);
+    QVERIFY(!hold_timer->isActive());
+}
+
+void PluginConditionEditorTest::showsAndChecksARecord() {
+    std::unique_ptr<AbsCondInfo> record(
+        host_.xmlInfoToCondInfo("step 7",
+                                "{\"DeviceID\":\"3\",\"PluginName\":\"Zanther2F\",\"Position\":40,"
+                                "\"Force\":50,\"Speed\":60,\"IsBlock\":false}"));
+    host_.updateCondForm(record.get());
+    QCOMPARE(field("le_deviceID")->text(), QStringLiteral("3"));
+    QCOMPARE(field("le_position")->text(), QStringLiteral("40"));
+    QCOMPARE(field("le_force")->text(), QStringLiteral("50"));
+    QCOMPARE(field("le_speed")->text(), QStringLiteral("60"));
+    QVERIFY(!child<QCheckBox>("chk_isBlock")->isChecked());
+
+    QString error;
+    QVERIFY(host_.checkCondInfo(record.get(), error));
+    std::unique_ptr<AbsCondInfo> unused(
+        host_.xmlInfoToCondInfo("step 8",
+                                "{\"DeviceID\":\"3\",\"PluginName\":\"Zanther2F\",\"Position\":-1,"
+                                "\"Force\":50,\"Speed\":60}"));
+    QVERIFY(!host_.checkCondInfo(unused.get(), error));
+    QCOMPARE(error, QStringLiteral("position does not match the configuration information"));
+    std::unique_ptr<AbsCondInfo> foreign(host_.xmlInfoToCondInfo(
+        "step 9", "{\"PluginName\":\"Other\",\"Position\":1,\"Force\":50,\"Speed\":60}"));
+    QVERIFY(!host_.checkCondInfo(foreign.get(), error));
+}
+
+// While the pendant edits another plug-in's step nothing is saved; with its own, the record
+// (device id written as text) goes to the pendant and the operator is told.
+void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPlugin() {
+    QList<AbsCondInfo*> saved;
+    const QMetaObject::Connection connection = connect(
+        ExtensionSystem::PluginManager::instance(), &ExtensionSystem::PluginManager::condInfoSaved,
+        [&saved](AbsCondInfo* record) { saved << record; });
+    ExtensionSystem::PluginManager::setCurCondType("Other");
+    {
+        MessageBoxAnswerer answerer;
+        click("pbn_confirm");
+        QCOMPARE(answerer.boxes(), QStringList{"Warning: Condition type is not match"});
+    }
+    QVERIFY(saved.isEmpty());
+
+    ExtensionSystem::PluginManager::setCurCondType("Zanther2F");
+    {
+        MessageBoxAnswerer answerer;
+        click("pbn_confirm");
+        QCOMPARE(answerer.boxes(), QStringList{"Information: Condition saved."});
+    }
+    disconnect(connection);
+    QCOMPARE(saved.size(), 1);
+    std::unique_ptr<AbsCondInfo> record(saved.first());
+    QCOMPARE(record->getAlias(), QStringLiteral("step 7"));
+    QCOMPARE(QJsonDocument::fromJson(record->getXmlInfo().toUtf8()).object(),
+             QJsonDocument::fromJson("{\"DeviceID\":\"3\",\"Force\":50,\"IsBlock\":false,"
+                                     "\"PluginName\":\"Zanther2F\",\"Position\":40,\"Speed\":60}")
+                 .object());
+    QCOMPARE(host_.condInfo2ScriptInfo(record.get()),
+             QStringLiteral("script_common_interface(\"Zanther2F\", "
+                            "\"set_2_finger_gripper_param|3, 40, 50, 60, false\")"));
+    std::unique_ptr<AbsCondInfo> reread(host_.xmlInfoToCondInfo("x", record->getXmlInfo()));
+    QCOMPARE(host_.condInfo2ScriptInfo(reread.get()), host_.condInfo2ScriptInfo(record.get()));
+}
+
+void PluginConditionEditorTest::removesTheStepThroughThePendant() {
+    int removed = 0;
+    const QMetaObject::Connection connection =
+        connect(ExtensionSystem::PluginManager::instance(),
+                &ExtensionSystem::PluginManager::condItemRemoved, [&removed] { ++removed; });
+    click("pbn_remove");
+    disconnect(connection);
+    QCOMPARE(removed, 1);
+}
+
+// The try runs off the interface thread and never blocks: the simulated gripper receives the
+// force and the position.
+void PluginConditionEditorTest::triesTheValuesOnAGripperWithoutBlocking() {
+    gripper_sim::Simulator simulator;
+    gripper_sim::GripperOptions options;
+    options.init_ms = 50;
+    options.position_max = 100;
+    const int gripper = simulator.add_custom_tcp(options);
+    const QString connect_line =
+        QStringLiteral("gripper_connect_tcp|1,127.0.0.1:%1").arg(simulator.tcp_port(gripper));
+    QCOMPARE(send_script(host_.plugin(), connect_line).ok, true);
+    QCOMPARE(send_script(host_.plugin(), "gripper_active|1").ok, true);
+    QTRY_COMPARE_WITH_TIMEOUT(send_script(host_.plugin(), "gripper_isActivate|1").answer,
+                              QStringLiteral("i | 1"), 10000);
+
+    type_into("le_deviceID", "1");
+    field("le_position")->setText("60");
+    field("le_force")->setText("45");
+    MessageBoxAnswerer answerer;
+    click("pbn_controlGripper");
+    QTRY_COMPARE_WITH_TIMEOUT(simulator.snapshot(gripper).target, 60, 10000);
+    QCOMPARE(simulator.snapshot(gripper).force, 45);
+    QTRY_COMPARE_WITH_TIMEOUT(simulator.snapshot(gripper).position, 60, 10000);
+    QVERIFY(answerer.boxes().isEmpty());
+    QCOMPARE(send_script(host_.plugin(), "gripper_disconnect|1").ok, true);
+}
+
+void PluginConditionEditorTest::warnsWhenThePluginIsMissingOrRefuses() {
+    ExtensionSystem::PluginManager::removeObject(host_.plugin());
+    {
+        MessageBoxAnswerer answerer;
+        click("pbn_controlGripper");
+        QCOMPARE(answerer.boxes(), QStringList{"Warning: Zanther2F plugin does not exist"});
+    }
+    RefusingPlugin stand_in;
+    stand_in.setObjectName("Zanther2F");
+    ExtensionSystem::PluginManager::addObject(&stand_in);
+    {
+        MessageBoxAnswerer answerer;
+        QTest::mousePress(child<QPushButton>("pbn_speedAdd"), Qt::LeftButton);
+        click("pbn_controlGripper");
+        QTRY_COMPARE(answerer.boxes().size(), 1);
+        QCOMPARE(answerer.boxes().first(),
+                 QStringLiteral("Warning: Call plugin interface failed!                            "
+                                "\nFunction name : set_2_finger_gripper_param,                   "
+                                "         \nerror info : refused by the stand-in"));
+        QVERIFY(!editor_->findChild<QTimer*>("hold_timer_")->isActive());
+        QTest::mouseRelease(child<QPushButton>("pbn_speedAdd"), Qt::LeftButton);
+    }
+    ExtensionSystem::PluginManager::removeObject(&stand_in);
+    ExtensionSystem::PluginManager::addObject(host_.plugin());
+}
+
+void PluginConditionEditorTest::cleanupTestCase() {
+    delete editor_;
+    delete page_;
+}
+
+QTEST_MAIN(PluginConditionEditorTest)
+#include "plugin_condition_editor_test.moc"

@@ -1,0 +1,218 @@
+// Script transcripts against simulated grippers, as a robot program sends them: each command
+// from a script thread of its own while this thread runs the interface's event loop. Gripper 1
+// speaks Modbus RTU on a pseudo-terminal that a scan finds through "/tmp/pts"; gripper 2 speaks
+// frames over loopback TCP.
+#include <QApplication>
+#include <QtTest>
+
+#include <memory>
+
+#include "tests/src/plugins/templateplugin/plugin_host.h"
+#include "tests/src/plugins/templateplugin/qt_log_capture.h"
+#include "tests/src/plugins/templateplugin/script_thread.h"
+#include "tools/gripper_simulator/simulator.h"
+
+namespace {
+
+const Reply kAccepted{true, QStringLiteral("i | 0")};
+const Reply kYes{true, QStringLiteral("i | 1")};
+const int kStrokeMs = 3000;
+
+gripper_sim::GripperOptions options_with_max(int position_max) {
+    gripper_sim::GripperOptions options;
+    options.init_ms = 50;
+    options.full_stroke_ms = kStrokeMs;
+    options.position_max = position_max;
+    return options;
+}
+
+}  // namespace
+
+class PluginScriptTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void connectsOverUsbToThePortTheScanFound();
+    void connectsASecondGripperOverTcp();
+    void activatesBothGrippers();
+    void blockingMovesReturnOnArrivalWithTheirFinalValues();
+    void blockingMoveReturnsWhenAnObjectIsDetected();
+    void pauseHoldsAMoveUntilResumeAndADropEndsIt();
+    void linkFaultAloneDoesNotEndAWait();
+    void stopEndsAWaitPromptly();
+    void disconnectDuringAWaitEndsIt();
+    void disconnectsTheNamedGripperOnly();
+    void cleanupTestCase();
+
+private:
+    Reply send(const QString& line) { return send_script(host_.plugin(), line); }
+    std::unique_ptr<ScriptThread> start(const QString& line) {
+        return std::unique_ptr<ScriptThread>(new ScriptThread(host_.plugin(), line));
+    }
+    bool moving(int gripper) const { return 0 == simulator_.snapshot(gripper).motion_state; }
+    QString tcp_line(const char* command) const {
+        return QStringLiteral("%1|2,127.0.0.1:%2").arg(command).arg(simulator_.tcp_port(tcp_));
+    }
+
+    PluginHost host_;
+    QWidget* page_ = nullptr;
+    gripper_sim::Simulator simulator_;
+    int usb_ = 0;
+    int tcp_ = 0;
+};
+
+void PluginScriptTest::initTestCase() {
+    QtLogCapture::install();
+    usb_ = simulator_.add_modbus_pty(options_with_max(1000));
+    tcp_ = simulator_.add_custom_tcp(options_with_max(100));
+    QVERIFY(usb_ > 0 && tcp_ > 0);
+    simulator_.set_announce_file(usb_, "/tmp/pts");
+    QVERIFY2(host_.load(), qPrintable(host_.error()));
+    page_ = host_.plugin()->createUI(nullptr);
+    QVERIFY(page_);
+}
+
+// The scan is queued on the interface thread; once it has run, a USB connect to any
+// pseudo-terminal path goes to the one the scan read from "/tmp/pts".
+void PluginScriptTest::connectsOverUsbToThePortTheScanFound() {
+    QCOMPARE(send("gripper_scan"), kAccepted);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(send("gripper_isConnect|1"), kAccepted);
+    QtLogCapture::clear();
+    QCOMPARE(send("gripper_connect_usb|1,/dev/pts/999"), kAccepted);
+    QCOMPARE(send("gripper_isConnect|1"), kYes);
+    QVERIFY(QtLogCapture::contains("W retValueOrError = i | 1"));
+    QVERIFY(!QtLogCapture::contains("W !mode_connect(USB_SERIAL, connect_parameters)"));
+}
+
+void PluginScriptTest::connectsASecondGripperOverTcp() {
+    QCOMPARE(send(tcp_line("gripper_connect_tcp")), kAccepted);
+    QCOMPARE(send("gripper_isConnect|2"), kYes);
+    QCOMPARE(send("gripper_isConnect|1"), kYes);
+    QCOMPARE(send("gripper_isConnect|3"), kAccepted);
+}
+
+void PluginScriptTest::activatesBothGrippers() {
+    QVERIFY(host_.plugin()->initParms());
+    QCOMPARE(send("gripper_isActivate|1"), kAccepted);
+    QCOMPARE(send("gripper_active|1"), kAccepted);
+    QCOMPARE(send("gripper_active|2"), kAccepted);
+    QTRY_COMPARE_WITH_TIMEOUT(send("gripper_isActivate|1"), kYes, 10000);
+    QTRY_COMPARE_WITH_TIMEOUT(send("gripper_isActivate|2"), kYes, 10000);
+}
+
+// Both grippers move at once from two script threads; each command returns once its gripper
+// has arrived, and a query right after it answers the position that move ended at. The block
+// flag "false" waits as well.
+void PluginScriptTest::blockingMovesReturnOnArrivalWithTheirFinalValues() {
+    const auto first = start("set_gripper_position|1,50,true");
+    const auto second = start("set_2_finger_gripper_param|2,30,40,80,false");
+    QVERIFY(first->wait());
+    QCOMPARE(send("get_gripper_position|1"), (Reply{true, QStringLiteral("i|50")}));
+    QCOMPARE(simulator_.snapshot(usb_).position, 500);
+    QVERIFY(second->wait());
+    QCOMPARE(send("get_gripper_position|2"), (Reply{true, QStringLiteral("i|30")}));
+    QCOMPARE(simulator_.snapshot(tcp_).position, 30);
+    QCOMPARE((Reply{first->ok(), first->answer()}), kAccepted);
+    QCOMPARE((Reply{second->ok(), second->answer()}), kAccepted);
+    QCOMPARE(send("get_gripper_status|1"), kYes);
+    QCOMPARE(send("gripper_isArrive|1"), kYes);
+    QCOMPARE(send("gripper_isGrip|1"), kAccepted);
+}
+
+void PluginScriptTest::blockingMoveReturnsWhenAnObjectIsDetected() {
+    simulator_.set_object(usb_, 300);
+    QCOMPARE(send("set_gripper_position|1,0,true"), kAccepted);
+    QCOMPARE(send("get_gripper_status|1"), (Reply{true, QStringLiteral("i | 2")}));
+    QCOMPARE(send("gripper_isGrip|1"), kYes);
+    QCOMPARE(send("get_gripper_position|1"), (Reply{true, QStringLiteral("i|30")}));
+}
+
+// While the program is paused the command waits whatever the gripper does; the drop is then
+// what ends it on resume.
+void PluginScriptTest::pauseHoldsAMoveUntilResumeAndADropEndsIt() {
+    QVERIFY(host_.plugin()->pausePlugin());
+    const auto script = start("set_gripper_position|1,0,true");
+    QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), (Reply{true, "i | 2"}), 10000);
+    simulator_.drop(usb_);
+    QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), (Reply{true, "i | 3"}), 10000);
+    QVERIFY(!script->done());
+    QVERIFY(host_.plugin()->continuePlugin());
+    QVERIFY(script->wait(2000));
+    QCOMPARE((Reply{script->ok(), script->answer()}), kAccepted);
+    QCOMPARE(send("gripper_isDrop|1"), kYes);
+}
+
+// A gripper that falls silent mid-move does not make the robot go on: the command waits until
+// the link answers again and reports the arrival.
+void PluginScriptTest::linkFaultAloneDoesNotEndAWait() {
+    QtLogCapture::clear();
+    const auto script = start("set_gripper_position|1,100,true");
+    QTRY_VERIFY_WITH_TIMEOUT(moving(usb_), 5000);
+    simulator_.set_fault(usb_, gripper_sim::Fault::silent);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        QtLogCapture::contains("D private_->communication_status_ = CS_READ_EXCEPTION"), 10000);
+    QVERIFY(!script->done());
+    simulator_.set_fault(usb_, gripper_sim::Fault::none);
+    QVERIFY(script->wait());
+    QCOMPARE((Reply{script->ok(), script->answer()}), kAccepted);
+    QCOMPARE(send("get_gripper_position|1"), (Reply{true, QStringLiteral("i|100")}));
+}
+
+// A stop ends a waiting command at once; while stopped, a move is sent and not waited for.
+void PluginScriptTest::stopEndsAWaitPromptly() {
+    const auto script = start("set_gripper_position|1,0,true");
+    QTRY_VERIFY_WITH_TIMEOUT(moving(usb_), 5000);
+    QtLogCapture::clear();
+    QVERIFY(host_.plugin()->stopPlugin());
+    QVERIFY(script->wait(1000));
+    QCOMPARE((Reply{script->ok(), script->answer()}), kAccepted);
+    const QStringList stop_lines{
+        "D TemplatePlugin::RobotScriptStatus::RSS_STOP == robot_script_status_",
+        "W !set_position(position)"};
+    QCOMPARE(QtLogCapture::lines().filter(QRegularExpression("RSS_STOP|set_position")), stop_lines);
+
+    QtLogCapture::clear();
+    QCOMPARE(send("set_gripper_position|1,0,true"), kAccepted);
+    QCOMPARE(QtLogCapture::lines().filter(QRegularExpression("RSS_STOP|set_position")), stop_lines);
+    QVERIFY(host_.plugin()->initParms());
+    QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), kYes, 10000);
+}
+
+// A disconnect leaves the driver without a state (GS_UNDEFINE), which ends the wait.
+void PluginScriptTest::disconnectDuringAWaitEndsIt() {
+    const auto script = start("set_gripper_position|2,100,true");
+    QTRY_VERIFY_WITH_TIMEOUT(moving(tcp_), 5000);
+    QtLogCapture::clear();
+    QCOMPARE(send("gripper_disconnect|2"), kAccepted);
+    QVERIFY(script->wait(2000));
+    QCOMPARE((Reply{script->ok(), script->answer()}), kAccepted);
+    QVERIFY(QtLogCapture::contains("W !set_position(position)"));
+    QCOMPARE(send("gripper_isConnect|2"), kAccepted);
+    QCOMPARE(send("gripper_isConnect|1"), kYes);
+}
+
+// The page shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1.
+void PluginScriptTest::disconnectsTheNamedGripperOnly() {
+    QCOMPARE(send(tcp_line("gripper_connect_tcp")), kAccepted);
+    QCOMPARE(send("gripper_isConnect|2"), kYes);
+    QCOMPARE(send("gripper_disconnect|1"), kAccepted);
+    QCOMPARE(send("gripper_isConnect|1"), kAccepted);
+    QCOMPARE(send("gripper_isConnect|2"), kYes);
+    QtLogCapture::clear();
+    QCOMPARE(send("gripper_disconnect|1"), kAccepted);
+    QVERIFY(QtLogCapture::contains("W !mode_disconnect(deviceId)"));
+    QCOMPARE(send("gripper_disconnect|2"), kAccepted);
+    QCOMPARE(send("gripper_isConnect|2"), kAccepted);
+}
+
+void PluginScriptTest::cleanupTestCase() {
+    host_.plugin()->stopPlugin();
+    send("gripper_disconnect|1");
+    send("gripper_disconnect|2");
+    delete page_;
+}
+
+QTEST_MAIN(PluginScriptTest)
+#include "plugin_script_test.moc"
