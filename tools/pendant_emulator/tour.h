@@ -1,0 +1,60 @@
+#ifndef TOOLS_PENDANT_EMULATOR_TOUR_H
+#define TOOLS_PENDANT_EMULATOR_TOUR_H
+
+#include <QObject>
+#include <QStringList>
+#include <QVector>
+
+#include "tools/pendant_emulator/dialog_answerer.h"
+#include "tools/pendant_emulator/script_result.h"
+#include "tools/pendant_emulator/tour_checks.h"
+
+class EmulatorWindow;
+
+// The scripted tour of the gripper plug-in in the emulator: load, connect both grippers by
+// script, activate, insert and save a two-step program, run it (close on an object, open) with
+// a pause, stop a run during a move, lose the object and silence a gripper, open the saved
+// program again, disconnect. Each stage checks what it should have done and leaves a picture;
+// the transcript keeps every command with its answer. The tour ends the application with 0
+// only when every stage passed (or leaves the window open with keep_open).
+class Tour : public QObject {
+    Q_OBJECT
+
+public:
+    Tour(EmulatorWindow& window, const QString& folder, bool keep_open);
+
+    void run();
+    int exit_code() const { return passed_ ? 0 : 1; }
+
+private:
+    bool stage_load();
+    bool stage_connect();
+    bool stage_activate();
+    bool stage_program();
+    bool stage_run();
+    bool stage_stop();
+    bool stage_faults();
+    bool stage_reopen();
+    bool stage_disconnect();
+
+    bool run_stage(const QString& name, bool (Tour::*stage)());
+    bool insert_step(const QString& position, const QString& picture);
+    bool start_program_and_wait_for_move();
+    bool wait_for_program_end(int timeout_ms);
+    bool check_old_program();
+    void finish();
+
+    EmulatorWindow& window_;
+    const QString folder_;
+    const bool keep_open_;
+    TourChecks checks_;
+    DialogAnswerer answerer_;
+    QStringList summary_;
+    QStringList script_lines_;
+    QVector<ScriptResult> line_results_;
+    QString outcome_;
+    int stage_number_ = 0;
+    bool passed_ = false;
+};
+
+#endif

@@ -1,0 +1,131 @@
+#include "tools/pendant_emulator/tour_checks.h"
+
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLabel>
+#include <QTabWidget>
+
+#include "tools/pendant_emulator/emulator_window.h"
+#include "tools/pendant_emulator/screenshot.h"
+
+namespace {
+
+const char* const PLUGIN = "Zanther2F";
+const int POLL_TIMEOUT_MS = 5000;
+// Between two identical queries: a few of the driver's fast update cycles.
+const int POLL_INTERVAL_MS = 100;
+
+}  // namespace
+
+TourChecks::TourChecks(EmulatorWindow& window, const QString& folder)
+    : window_(window), folder_(folder) {
+    connect(&window_.script(), &ScriptThread::command_finished, this, &TourChecks::on_finished);
+}
+
+ScriptResult TourChecks::send(const QString& command, int timeout_ms) {
+    const int number = window_.script().submit({PLUGIN, command});
+    if (!wait([&] { return results_.contains(number); }, timeout_ms,
+              QString("an answer to %1").arg(command))) {
+        return ScriptResult();
+    }
+    return results_.take(number);
+}
+
+bool TourChecks::expect(const QString& command, const QString& answer) {
+    const ScriptResult result = send(command);
+    if (!result.error.isEmpty()) {
+        return fail(QString("%1 was not run: %2").arg(command, result.error));
+    }
+    if (!result.returned || result.answer != answer) {
+        return fail(QString("%1 answered %2 \"%3\", not true \"%4\"")
+                        .arg(command, result.returned ? "true" : "false", result.answer, answer));
+    }
+    return true;
+}
+
+bool TourChecks::expect_soon(const QString& command, const QString& answer, int timeout_ms) {
+    QDeadlineTimer deadline(timeout_ms);
+    for (;;) {
+        const ScriptResult result = send(command, POLL_TIMEOUT_MS);
+        if (result.returned && result.answer == answer) {
+            return true;
+        }
+        if (deadline.hasExpired()) {
+            return fail(QString("%1 still answered \"%2\", not \"%3\", after %4 ms")
+                            .arg(command, result.answer, answer)
+                            .arg(timeout_ms));
+        }
+        QDeadlineTimer pause(POLL_INTERVAL_MS);
+        wait_for_events([&] { return pause.hasExpired(); }, POLL_INTERVAL_MS + 100);
+    }
+}
+
+QMap<QString, QString> TourChecks::simulator_state(int id) {
+    QMap<QString, QString> state;
+    if (!simulated(id)) {
+        return state;
+    }
+    const QString reply = window_.grippers().gripper(id)->simulator->command("state 1");
+    for (const QString& pair : reply.split(' ', Qt::SkipEmptyParts)) {
+        state.insert(pair.section('=', 0, 0), pair.section('=', 1));
+    }
+    return state;
+}
+
+bool TourChecks::simulated(int id) const {
+    const BenchGripper* gripper = window_.grippers().gripper(id);
+    return gripper != nullptr && gripper->simulator != nullptr;
+}
+
+QWidget* TourChecks::page() {
+    QWidget* page = window_.plugin_page(PLUGIN);
+    if (page != nullptr) {
+        window_.tabs().setCurrentWidget(page);
+    }
+    return page;
+}
+
+bool TourChecks::show_page_tab(const QString& tab) {
+    QWidget* plugin_page = page();
+    auto* tabs = plugin_page ? plugin_page->findChild<QTabWidget*>("tab_widget_") : nullptr;
+    for (int i = 0; tabs != nullptr && i < tabs->count(); ++i) {
+        if (tabs->tabText(i) == tab) {
+            tabs->setCurrentIndex(i);
+            return true;
+        }
+    }
+    return fail(QString("the plug-in's page has no tab \"%1\"").arg(tab));
+}
+
+QString TourChecks::page_status(const QString& tab) {
+    const QString holder = tab == "Control" ? "widget_control_" : "widget_setting_";
+    QWidget* plugin_page = window_.plugin_page(PLUGIN);
+    QWidget* tab_page = plugin_page ? plugin_page->findChild<QWidget*>(holder) : nullptr;
+    auto* label = tab_page ? tab_page->findChild<QLabel*>("label_status_") : nullptr;
+    return label ? label->text().trimmed() : QString();
+}
+
+bool TourChecks::picture(const QString& name, QWidget* widget) {
+    QString error;
+    const QString path = QDir(folder_).filePath(name + ".png");
+    if (!Screenshot::save(widget, path, error)) {
+        return fail(error);
+    }
+    window_.transcript().note("picture: " + path);
+    return true;
+}
+
+bool TourChecks::fail(const QString& why) {
+    if (failure_.isEmpty()) {
+        failure_ = why;
+    }
+    return false;
+}
+
+qint64 TourChecks::now() const {
+    return window_.script().clock().elapsed();
+}
+
+void TourChecks::on_finished(const ScriptResult& result) {
+    results_.insert(result.number, result);
+}
