@@ -6,7 +6,7 @@ packages=(
     cmake g++ make pkg-config clang-format
     libgtest-dev libgmock-dev libbenchmark-dev
     qtbase5-dev libqt5serialport5-dev
-    libspdlog-dev libfmt-dev
+    libspdlog-dev libfmt-dev nlohmann-json3-dev
     libmodbus-dev socat
     qttools5-dev qttools5-dev-tools fonts-dejavu-core python3-clang-14 xvfb xauth
 )

@@ -1,0 +1,169 @@
+// gripper-doctor against grippers and ports that misbehave: each gives its plain-language problem
+// and exit status 1.
+
+#include <grp.h>
+#include <spawn.h>
+#include <sys/stat.h>
+
+#include "tests/tools/gripper_doctor/doctor_test_support.h"
+
+namespace {
+
+using gripper_sim::Fault;
+using gripper_sim::Simulator;
+
+struct FaultCase {
+    Fault fault;
+    std::string code;
+    std::string problem;
+};
+
+TEST(DoctorFault, EachFaultOfAModbusGripperGetsItsOwnProblem) {
+    const FaultCase cases[] = {
+        {Fault::silent, "no_answer", "nothing answers at 115200 8N1"},
+        {Fault::bad_crc, "bad_checksum", "answers arrive with bad checksums"},
+        {Fault::wrong_id, "foreign_id",
+         "answers come from device id 2, but the request was for "
+         "id 1"},
+        {Fault::garbage, "garbage", "answers are unreadable bytes"},
+        {Fault::short_answer, "incomplete", "answers arrive incomplete or too late"},
+    };
+    Simulator simulator;
+    const int n = simulator.add_modbus_pty(quick_gripper());
+    for (const FaultCase& row : cases) {
+        simulator.set_fault(n, row.fault);
+
+        const DoctorProcess::Result result = run_doctor({"--json", simulator.endpoint(n)});
+
+        EXPECT_EQ(1, result.status) << row.code << "\n" << result.out << result.err;
+        const nlohmann::json report = only_object(result);
+        EXPECT_EQ(row.code, report["problem_code"]);
+        EXPECT_TRUE(holds(report["problem"].get<std::string>(), row.problem));
+        EXPECT_FALSE(report["hint"].get<std::string>().empty());
+        EXPECT_TRUE(report["initialised"].is_null());
+    }
+}
+
+TEST(DoctorFault, TextReportOfASilentGripperSaysWhatToCheck) {
+    Simulator simulator;
+    const int n = simulator.add_modbus_pty(quick_gripper());
+    simulator.set_fault(n, Fault::silent);
+
+    const DoctorProcess::Result result = run_doctor({simulator.endpoint(n)});
+
+    EXPECT_EQ(1, result.status);
+    EXPECT_TRUE(holds(result.out,
+                      "  problem       nothing answers at 115200 8N1 (10 requests, "
+                      "Modbus RTU and 14-byte frames)\n"));
+    EXPECT_TRUE(holds(result.out, "  hint          check the gripper's power and cable"));
+    EXPECT_EQ(std::string::npos, result.out.find("protocol"));
+}
+
+TEST(DoctorFault, PortThatVanishesDuringTheProbeIsReportedGone) {
+    Simulator simulator;
+    const int n = simulator.add_modbus_pty(quick_gripper());
+    const std::string path = simulator.endpoint(n);
+    simulator.set_fault(n, Fault::silent);
+    DoctorProcess doctor({"--json", path});
+    ASSERT_TRUE(wait_until([&] { return simulator.snapshot(n).frames_received > 0; }));
+
+    simulator.set_fault(n, Fault::vanish);
+    const DoctorProcess::Result result = doctor.wait();
+
+    EXPECT_EQ(1, result.status) << result.out << result.err;
+    const nlohmann::json report = only_object(result);
+    EXPECT_EQ("vanished", report["problem_code"]);
+    EXPECT_EQ(path + " went away during the probe", report["problem"]);
+}
+
+TEST(DoctorFault, TcpGripperThatIsSilentOrResetsOrIsGone) {
+    Simulator simulator;
+    const int n = simulator.add_custom_tcp(quick_gripper(100));
+    const std::string address = simulator.endpoint(n);
+    const FaultCase cases[] = {
+        {Fault::silent, "no_answer", "connected to " + address + ", but nothing answers"},
+        {Fault::reset, "tcp_dropped", address + " accepts a connection, then resets it"},
+        {Fault::vanish, "tcp_refused", address + " refused the connection"},
+    };
+    for (const FaultCase& row : cases) {
+        simulator.set_fault(n, row.fault);
+
+        const DoctorProcess::Result result = run_doctor({"--json", address});
+
+        EXPECT_EQ(1, result.status) << row.code << "\n" << result.out << result.err;
+        const nlohmann::json report = only_object(result);
+        EXPECT_EQ(row.code, report["problem_code"]);
+        EXPECT_TRUE(holds(report["problem"].get<std::string>(), row.problem));
+    }
+}
+
+TEST(DoctorFault, MissingPathIsNamed) {
+    const DoctorProcess::Result result = run_doctor({"/dev/ttyUSB-no-such-port"});
+
+    EXPECT_EQ(1, result.status);
+    EXPECT_TRUE(holds(result.out, "  problem       /dev/ttyUSB-no-such-port does not exist\n"));
+    EXPECT_TRUE(holds(result.out, "  hint          "));
+}
+
+// Root may open any device; the check is made as nobody then. Other users make the port
+// unreadable for themselves.
+TEST(DoctorFault, PortWithoutPermissionNamesItsGroup) {
+    Simulator simulator;
+    const int n = simulator.add_modbus_pty(quick_gripper());
+    const std::string path = simulator.endpoint(n);
+    const bool root = 0 == ::geteuid();
+    ASSERT_EQ(0, ::chmod(path.c_str(), root ? 0660 : 0));
+    struct stat status;
+    ASSERT_EQ(0, ::stat(path.c_str(), &status));
+    const struct group* owner = ::getgrgid(status.st_gid);
+    ASSERT_NE(nullptr, owner);
+    const std::string group = owner->gr_name;
+
+    const DoctorProcess::Result result = run_doctor({"--json", path}, root);
+
+    EXPECT_EQ(1, result.status) << result.out << result.err;
+    const nlohmann::json report = only_object(result);
+    EXPECT_EQ("permission_denied", report["problem_code"]);
+    const std::string problem = report["problem"];
+    EXPECT_TRUE(holds(problem, "permission denied: user "));
+    EXPECT_TRUE(
+        holds(problem, root ? "it belongs to group " + group + ", and nobody is not in that group"
+                            : "(mode 0000"));
+    EXPECT_TRUE(holds(report["hint"],
+                      root ? "sudo usermod -aG " + group + " nobody" : "sudo chmod 660 " + path));
+    EXPECT_EQ(0, simulator.snapshot(n).frames_received);
+}
+
+TEST(DoctorFault, PortThatAnotherProcessHoldsIsBusy) {
+    Simulator simulator;
+    const int n = simulator.add_modbus_pty(quick_gripper());
+    const std::string path = simulator.endpoint(n);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, path.c_str(), O_RDWR | O_NOCTTY, 0);
+    char sleep_program[] = "sleep";
+    char sleep_time[] = "60";
+    char* argv[] = {sleep_program, sleep_time, nullptr};
+    pid_t holder = -1;
+    ASSERT_EQ(0, posix_spawnp(&holder, "sleep", &actions, nullptr, argv, environ));
+    posix_spawn_file_actions_destroy(&actions);
+    const std::string fd_zero = "/proc/" + std::to_string(holder) + "/fd/0";
+    ASSERT_TRUE(wait_until([&] {
+        struct stat held, port;
+        return 0 == ::stat(fd_zero.c_str(), &held) && 0 == ::stat(path.c_str(), &port) &&
+               held.st_rdev == port.st_rdev;
+    }));
+
+    const DoctorProcess::Result result = run_doctor({"--json", path});
+    ::kill(holder, SIGKILL);
+    ::waitpid(holder, nullptr, 0);
+
+    EXPECT_EQ(1, result.status) << result.out << result.err;
+    const nlohmann::json report = only_object(result);
+    EXPECT_EQ("busy", report["problem_code"]);
+    EXPECT_EQ(path + " is busy: sleep (pid " + std::to_string(holder) + ") has it open",
+              report["problem"]);
+    EXPECT_EQ(0, simulator.snapshot(n).frames_received);
+}
+
+}  // namespace

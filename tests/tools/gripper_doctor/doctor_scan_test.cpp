@@ -1,0 +1,161 @@
+// gripper-doctor without a target: the ports the plug-in's scan lists, probed one line each. The
+// system's ports come from a sysfs tree the test builds, with a USB adapter whose device node
+// leads to a simulated gripper; the announcement file is the real one.
+
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "tests/tools/gripper_doctor/doctor_test_support.h"
+
+namespace {
+
+using gripper_sim::Simulator;
+
+const char ANNOUNCE_FILE[] = "/tmp/pts";
+
+// Keeps the announcement file as it was found and puts it back at the end.
+class AnnouncementFile {
+public:
+    AnnouncementFile() : existed_(0 == ::access(ANNOUNCE_FILE, F_OK)) {
+        std::ifstream file(ANNOUNCE_FILE);
+        std::getline(file, saved_);
+    }
+    ~AnnouncementFile() {
+        if (existed_) {
+            write(saved_);
+        } else {
+            ::unlink(ANNOUNCE_FILE);
+        }
+    }
+    void write(const std::string& line) { std::ofstream(ANNOUNCE_FILE) << line << "\n"; }
+    void remove() { ::unlink(ANNOUNCE_FILE); }
+
+private:
+    const bool existed_;
+    std::string saved_;
+};
+
+// A sysfs tree and a /dev under one root, as the doctor reads them with --sysroot.
+class FakeSystem {
+public:
+    FakeSystem() : root_(testing::TempDir() + "doctor_sysroot_" + std::to_string(::getpid())) {
+        std::system(("rm -rf " + root_).c_str());
+        make("sys/class/tty");
+        make("sys/bus/usb/devices");
+        make("dev");
+    }
+    ~FakeSystem() { std::system(("rm -rf " + root_).c_str()); }
+
+    const std::string& root() const { return root_; }
+
+    // A USB device at bus position name ("1-1"), with its ids.
+    void add_usb_device(const std::string& name, const std::string& vendor,
+                        const std::string& product) {
+        const std::string device = "sys/devices/usb1/" + name;
+        make(device);
+        std::ofstream(root_ + "/" + device + "/idVendor") << vendor << "\n";
+        std::ofstream(root_ + "/" + device + "/idProduct") << product << "\n";
+        link("../../../devices/usb1/" + name, "sys/bus/usb/devices/" + name);
+    }
+
+    // A tty of the USB device whose /dev node leads to target.
+    void add_usb_tty(const std::string& device, const std::string& tty, const std::string& target) {
+        const std::string interface = "sys/devices/usb1/" + device + "/" + device + ":1.0";
+        const std::string directory = interface + "/" + tty + "/tty/" + tty;
+        make(directory);
+        link("../../../../" + device + ":1.0", directory + "/device");
+        link("../../devices/usb1/" + device + "/" + device + ":1.0/" + tty + "/tty/" + tty,
+             "sys/class/tty/" + tty);
+        link(target, "dev/" + tty);
+    }
+
+private:
+    void make(const std::string& path) {
+        ASSERT_EQ(0, std::system(("mkdir -p " + root_ + "/" + path).c_str()));
+    }
+    void link(const std::string& target, const std::string& path) {
+        ASSERT_EQ(0, ::symlink(target.c_str(), (root_ + "/" + path).c_str())) << path;
+    }
+
+    const std::string root_;
+};
+
+TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
+    AnnouncementFile announcement;
+    Simulator simulator;
+    const int frames = simulator.add_custom_pty(quick_gripper(100));
+    const int modbus = simulator.add_modbus_pty(quick_gripper());
+    announcement.write("PTY is " + simulator.endpoint(frames));
+    FakeSystem system;
+    system.add_usb_device("1-1", "0403", "6001");
+    system.add_usb_tty("1-1", "ttyUSB0", simulator.endpoint(modbus));
+    const std::string usb_port = system.root() + "/dev/ttyUSB0";
+
+    const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
+
+    EXPECT_EQ(0, result.status) << result.out << result.err;
+    EXPECT_TRUE(holds(result.out, "Candidate ports, as the plug-in's scan lists them:\n  " +
+                                      simulator.endpoint(frames) + "  announced in /tmp/pts\n  " +
+                                      usb_port +
+                                      "  serial port, USB 0403:6001 (a known gripper adapter)\n"));
+    EXPECT_TRUE(holds(result.out, simulator.endpoint(frames)));
+    EXPECT_TRUE(holds(result.out,
+                      "  14-byte frame gripper, id 1, model series 1, firmware 1.2.1.3, "
+                      "not initialised\n"));
+    EXPECT_TRUE(holds(result.out, usb_port + "  Modbus RTU gripper, id 1, model series 3, "
+                                             "firmware 1.2, not initialised, USB 0403:6001 (a "
+                                             "known gripper adapter)\n"));
+}
+
+TEST(DoctorScan, JsonGivesOneObjectPerPortWithWhereItWasFound) {
+    AnnouncementFile announcement;
+    Simulator simulator;
+    const int modbus = simulator.add_modbus_pty(quick_gripper());
+    announcement.remove();
+    FakeSystem system;
+    system.add_usb_device("1-1", "0483", "5740");
+    system.add_usb_tty("1-1", "ttyACM0", simulator.endpoint(modbus));
+
+    const DoctorProcess::Result result = run_doctor({"--json", "--sysroot", system.root()});
+
+    EXPECT_EQ(0, result.status) << result.out << result.err;
+    const std::vector<nlohmann::json> objects = result.json_lines();
+    ASSERT_EQ(1u, objects.size()) << result.out;
+    EXPECT_EQ(system.root() + "/dev/ttyACM0", objects[0]["target"]);
+    EXPECT_EQ("serial port", objects[0]["source"]);
+    EXPECT_EQ("0483:5740", objects[0]["usb"]);
+    EXPECT_EQ("modbus_rtu", objects[0]["protocol"]);
+}
+
+TEST(DoctorScan, ScanProblemsAreReportedAndGiveStatusOne) {
+    AnnouncementFile announcement;
+    announcement.write("no path here");
+    FakeSystem system;
+    system.add_usb_device("1-2", "0403", "6001");
+    system.add_usb_device("1-3", "046d", "c52b");
+
+    const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
+
+    EXPECT_EQ(1, result.status) << result.out << result.err;
+    EXPECT_TRUE(holds(result.out,
+                      "/tmp/pts  problem: /tmp/pts holds no \"PTY is <path>\" line, "
+                      "so the plug-in's scan stops there and lists no port at all"));
+    EXPECT_TRUE(holds(result.out,
+                      "USB 1-2   problem: the gripper adapter 0403:6001 has no serial "
+                      "port; hint: load its driver: sudo modprobe ftdi_sio"));
+    EXPECT_EQ(std::string::npos, result.out.find("046d")) << result.out;
+
+    announcement.write("PTY is /dev/pts/no-such-pty");
+    const DoctorProcess::Result stale = run_doctor({"--json", "--sysroot", system.root()});
+
+    EXPECT_EQ(1, stale.status);
+    const std::vector<nlohmann::json> objects = stale.json_lines();
+    ASSERT_EQ(2u, objects.size()) << stale.out;
+    EXPECT_EQ("adapter_without_port", objects[0]["problem_code"]);
+    EXPECT_EQ("/dev/pts/no-such-pty", objects[1]["target"]);
+    EXPECT_EQ("announced in /tmp/pts", objects[1]["source"]);
+    EXPECT_EQ("not_found", objects[1]["problem_code"]);
+}
+
+}  // namespace

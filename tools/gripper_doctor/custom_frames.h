@@ -1,0 +1,29 @@
+#ifndef TOOLS_GRIPPER_DOCTOR_CUSTOM_FRAMES_H
+#define TOOLS_GRIPPER_DOCTOR_CUSTOM_FRAMES_H
+
+#include <cstdint>
+#include <string>
+
+#include "tools/gripper_doctor/verdict.h"
+
+namespace gripper_doctor {
+
+// Requests and answers of the 14-byte frame protocol, told in words.
+class CustomFrames {
+public:
+    static constexpr size_t FRAME_LENGTH = 14;
+
+    // True for 14 bytes that start with the frame header.
+    static bool is_frame(const Bytes& bytes);
+    static std::string request(const Bytes& frame);
+    static Verdict answer(const Bytes& request, const Bytes& answer);
+
+private:
+    static std::string meaning(const Bytes& frame);
+    static std::string register_name(uint8_t primary, uint8_t secondary);
+    static int32_t value(const Bytes& frame);
+};
+
+}  // namespace gripper_doctor
+
+#endif
