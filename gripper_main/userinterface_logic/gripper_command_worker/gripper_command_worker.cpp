@@ -1,0 +1,101 @@
+#include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+
+#include <algorithm>
+
+#include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
+#include "gripper_main/business_logic/gripper_global/gripper_global.h"
+
+namespace {
+
+template <typename T>
+void keep_once(std::vector<std::unique_ptr<T>>& kept, T* object) {
+    if (nullptr == object ||
+        kept.end() != std::find_if(kept.begin(), kept.end(), [object](const std::unique_ptr<T>& k) {
+            return k.get() == object;
+        })) {
+        return;
+    }
+    kept.emplace_back(object);
+}
+
+}  // namespace
+
+GripperCommandWorker& GripperCommandWorker::instance() {
+    static GripperCommandWorker worker;
+    return worker;
+}
+
+// The singletons the tasks use are made first, so that they are destroyed after this worker's
+// thread has ended.
+GripperCommandWorker::GripperCommandWorker() : running_owner_(nullptr), stopping_(false) {
+    GripperConnectionManager::instance();
+    GripperGlobal::instance();
+    thread_ = std::thread(&GripperCommandWorker::run, this);
+}
+
+GripperCommandWorker::~GripperCommandWorker() {
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        stopping_ = true;
+        queue_.clear();
+    }
+    wake_.notify_all();
+    thread_.join();
+}
+
+void GripperCommandWorker::post(const void* owner, Work work) {
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        queue_.push_back(Task{owner, std::move(work)});
+    }
+    wake_.notify_one();
+}
+
+void GripperCommandWorker::release(const void* owner) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    queue_.erase(std::remove_if(queue_.begin(), queue_.end(),
+                                [owner](const Task& task) { return owner == task.owner; }),
+                 queue_.end());
+    finished_.wait(lock, [this, owner] { return owner != running_owner_; });
+}
+
+void GripperCommandWorker::retire(GripperLogicControl* driver) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    keep_once(retired_drivers_, driver);
+}
+
+void GripperCommandWorker::retire(GripperDevice* device) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    keep_once(retired_devices_, device);
+}
+
+void GripperCommandWorker::run() {
+    Task task;
+    while (next(task)) {
+        finish(task.work());
+    }
+}
+
+// Waits for the next task and marks its owner as running; false once the worker stops.
+bool GripperCommandWorker::next(Task& task) {
+    std::unique_lock<std::mutex> lock(mutex_);
+    wake_.wait(lock, [this] { return stopping_ || !queue_.empty(); });
+    if (stopping_) {
+        return false;
+    }
+    task = std::move(queue_.front());
+    queue_.pop_front();
+    running_owner_ = task.owner;
+    return true;
+}
+
+void GripperCommandWorker::finish(const Completion& completion) {
+    {
+        std::lock_guard<std::mutex> lock(mutex_);
+        if (completion) {
+            completion();
+        }
+        running_owner_ = nullptr;
+    }
+    finished_.notify_all();
+}

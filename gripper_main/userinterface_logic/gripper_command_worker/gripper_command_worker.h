@@ -1,0 +1,71 @@
+#ifndef GRIPPER_COMMAND_WORKER_H
+#define GRIPPER_COMMAND_WORKER_H
+
+#include <condition_variable>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+class GripperLogicControl;
+struct GripperDevice;
+
+// Runs the pages' gripper operations (connect, disconnect, activate, moves) one after the other
+// on a thread of its own, so that the interface thread never waits on a gripper exchange.
+//
+// Each task belongs to an owner (a page). A task's work runs without the worker's lock and
+// returns a completion (or none), which runs right after it on the worker thread with the lock
+// held. release(owner) drops the owner's queued tasks and waits until its running task and that
+// task's completion have ended, so a completion may safely queue a call to its owner (a queued
+// call to a deleted object is discarded). After release(owner) returns, nothing of that owner
+// runs any more.
+//
+// The worker also keeps the drivers and device slots that the pages retired (destroyed by the
+// connection manager, removed from the registry) and frees them only when it ends, at process
+// exit after its thread has stopped: a page, a script command or a queued task that still holds
+// such a pointer never sees it dangle.
+class GripperCommandWorker {
+public:
+    typedef std::function<void()> Completion;
+    typedef std::function<Completion()> Work;
+
+    static GripperCommandWorker& instance();
+    ~GripperCommandWorker();
+
+    GripperCommandWorker(const GripperCommandWorker&) = delete;
+    GripperCommandWorker& operator=(const GripperCommandWorker&) = delete;
+
+    void post(const void* owner, Work work);
+    // Drops the owner's queued tasks and waits for its running one to end.
+    void release(const void* owner);
+
+    // Takes a driver that the connection manager destroyed; each driver is kept once.
+    void retire(GripperLogicControl* driver);
+    // Takes a device slot that was removed from the registry; each slot is kept once.
+    void retire(GripperDevice* device);
+
+private:
+    struct Task {
+        const void* owner;
+        Work work;
+    };
+
+    GripperCommandWorker();
+    void run();
+    bool next(Task& task);
+    void finish(const Completion& completion);
+
+    std::mutex mutex_;
+    std::condition_variable wake_;
+    std::condition_variable finished_;
+    std::deque<Task> queue_;
+    const void* running_owner_;
+    bool stopping_;
+    std::vector<std::unique_ptr<GripperLogicControl>> retired_drivers_;
+    std::vector<std::unique_ptr<GripperDevice>> retired_devices_;
+    std::thread thread_;
+};
+
+#endif

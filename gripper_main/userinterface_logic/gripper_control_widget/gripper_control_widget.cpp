@@ -1,0 +1,285 @@
+#include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
+
+#include <QEvent>
+#include <QIcon>
+#include <QPixmap>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+
+#include "gripper/gripper_common/simple_logger/simple_logger.h"
+#include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
+#include "src/plugins/templateplugin/common/common.h"
+#include "ui_gripper_control_widget.h"
+
+namespace {
+
+// The gripper states in which it may be driven by hand.
+bool drivable(GripperLogicControl::GripperStatus status) {
+    switch (status) {
+        case GripperLogicControl::GS_ACTIVATED:
+        case GripperLogicControl::GS_MOVING:
+        case GripperLogicControl::GS_ARRIVED:
+        case GripperLogicControl::GS_DETECTED:
+        case GripperLogicControl::GS_DROPPED:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// A field is not rewritten while the operator edits it or holds its button.
+void show_text(QLineEdit* field, const QString& text, bool held) {
+    if (!held && !field->hasFocus() && field->text() != text) {
+        field->setText(text);
+    }
+}
+
+QIcon image(const char* name) {
+    return QIcon(QPixmap(QStringLiteral(":/Image/Image/") + QLatin1String(name)));
+}
+
+}  // namespace
+
+GripperControlWidget::GripperControlWidget(QWidget* parent)
+    : QWidget(parent),
+      ui(new Ui::GripperControlWidget),
+      pressed_button_(PB_NONE),
+      press_timer_(new QTimer(this)),
+      repeat_timer_(new QTimer(this)),
+      refresh_node_list_(true),
+      device_index_(0),
+      update_queued_(false),
+      controls_shown_enabled_(false) {
+    Q_INIT_RESOURCE(gripper_images);
+    setup_form();
+    press_timer_->setSingleShot(true);
+    press_timer_->setInterval(PRESS_DELAY_MS);
+    repeat_timer_->setInterval(REPEAT_INTERVAL_MS);
+    connect(press_timer_, SIGNAL(timeout()), this, SLOT(on_timeout()));
+    connect(repeat_timer_, SIGNAL(timeout()), this, SLOT(on_timeout()));
+    GripperConnectionManager::instance().add_notify_interface(this);
+    GripperGlobal::instance().add_notify_interface(this);
+    ui->combo_box_node_2->addItem(QStringLiteral("1"));
+    device_index_ = 0;
+    refresh_node_list_ = true;
+    apply_program_state(GripperGlobal::instance().get_program_state());
+    update_ui();
+}
+
+GripperControlWidget::~GripperControlWidget() {
+    GripperCommandWorker::instance().release(this);
+    GripperConnectionManager::instance().remove_notify_interface(this);
+    GripperGlobal::instance().remove_notify_interface(this);
+    for (GripperLogicControl* driver : observed_drivers_) {
+        driver->remove_notify_interface(this);
+    }
+    delete ui;
+}
+
+void GripperControlWidget::setup_form() {
+    ui->setupUi(this);
+    const Common* common = Common::getCommonHandle();
+    ui->label_logo_->setPixmap(
+        QPixmap(QStringLiteral(":/Image/Image/logo_EN.png"))
+            .scaled(common->getRatioSize(220, 56), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+    ui->push_button_position_min_->setIconSize(common->getRatioSize(87, 63));
+    ui->push_button_position_max_->setIconSize(common->getRatioSize(87, 63));
+    ui->push_button_position_min_->setIcon(image("B_Clamp_ON.png"));
+    ui->push_button_position_max_->setIcon(image("B_Loosen_ON.png"));
+    ui->radio_button_object_detected_->installEventFilter(this);
+    ui->radio_button_object_detected_->setFocusPolicy(Qt::NoFocus);
+    ui->radio_button_object_detected_->setAutoExclusive(false);
+    ui->radio_button_object_detected_->setChecked(false);
+}
+
+void GripperControlWidget::update_ui() {
+    update_queued_ = false;
+    QFont font = ui->label_status_->font();
+    if (16 != font.pointSize()) {
+        font.setPointSize(16);
+        ui->label_status_->setFont(font);
+    }
+    if (refresh_node_list_) {
+        refresh_node_list_ = false;
+        on_combo_box_node_2_activated();
+        refresh_node_list_ = true;
+        return;
+    }
+    GripperLogicControl* driver = current_driver();
+    if (nullptr == driver) {
+        show_controls(false, false);
+        GripperStatusText::show(ui->label_status_, GripperStatusText::of(nullptr),
+                                GripperStatusText::tone(nullptr));
+        return;
+    }
+    if (observed_drivers_.insert(driver).second) {
+        driver->add_notify_interface(this);
+    }
+    show_values(driver);
+    const GripperLogicControl::GripperStatus status = driver->get_gripper_status();
+    show_controls(drivable(status), GripperLogicControl::GS_DETECTED == status);
+    GripperStatusText::show(ui->label_status_, GripperStatusText::of(driver),
+                            GripperStatusText::tone(driver));
+}
+
+// The driver of the selected record; null (after a log line) when there is no such record.
+GripperLogicControl* GripperControlWidget::current_driver() {
+    GripperDevice* device =
+        GripperGlobal::instance().get_device(static_cast<uint32_t>(device_index_));
+    if (nullptr == device) {
+        GRIPPER_LOG("W", "NULL == device");
+        return nullptr;
+    }
+    return device->gripper_abstract_control_;
+}
+
+void GripperControlWidget::show_values(GripperLogicControl* driver) {
+    show_text(ui->line_edit_position_,
+              QString::number(static_cast<double>(driver->cached_position()), 'f', 1),
+              PB_POSITION_DECREASE == pressed_button_ || PB_POSITION_INCREASE == pressed_button_);
+    show_text(ui->line_edit_force_, QString::number(driver->cached_force()),
+              PB_FORCE_DECREASE == pressed_button_ || PB_FORCE_INCREASE == pressed_button_);
+    show_text(ui->line_edit_speed_, QString::number(driver->cached_speed()),
+              PB_SPEED_DECREASE == pressed_button_ || PB_SPEED_INCREASE == pressed_button_);
+}
+
+// Sets the final state at once: disabling a held button on the way would release it.
+void GripperControlWidget::show_controls(bool enabled, bool detected) {
+    for (QWidget* widget : group_widgets()) {
+        widget->setEnabled(enabled);
+    }
+    ui->radio_button_object_detected_->setEnabled(enabled);
+    ui->radio_button_object_detected_->setChecked(detected);
+    if (controls_shown_enabled_ == enabled) {
+        return;
+    }
+    controls_shown_enabled_ = enabled;
+    ui->push_button_position_min_->setIcon(image(enabled ? "B_Clamp_OFF.png" : "B_Clamp_ON.png"));
+    ui->push_button_position_max_->setIcon(image(enabled ? "B_Loosen_OFF.png" : "B_Loosen_ON.png"));
+}
+
+QList<QWidget*> GripperControlWidget::group_widgets() const {
+    return QList<QWidget*>() << ui->push_button_position_min_ << ui->push_button_position_decrease_
+                             << ui->line_edit_position_ << ui->push_button_position_increase_
+                             << ui->push_button_position_max_ << ui->push_button_force_min_
+                             << ui->push_button_force_decrease_ << ui->line_edit_force_
+                             << ui->push_button_force_increase_ << ui->push_button_force_max_
+                             << ui->push_button_speed_min_ << ui->push_button_speed_decrease_
+                             << ui->line_edit_speed_ << ui->push_button_speed_increase_
+                             << ui->push_button_speed_max_;
+}
+
+void GripperControlWidget::on_combo_box_node_2_activated() {
+    refresh_node_list();
+    update_ui();
+}
+
+// One entry per registry record; the selection stays where it was, or on the last entry.
+void GripperControlWidget::refresh_node_list() {
+    const int remembered = ui->combo_box_node_2->currentIndex();
+    const int count = static_cast<int>(GripperGlobal::instance().vector_device().size());
+    if (ui->combo_box_node_2->count() != count) {
+        ui->combo_box_node_2->clear();
+        for (int label = 1; label <= count; ++label) {
+            ui->combo_box_node_2->addItem(QString::number(label));
+        }
+    }
+    ui->combo_box_node_2->setCurrentIndex(std::min(remembered, count - 1));
+    device_index_ = ui->combo_box_node_2->currentIndex();
+}
+
+// The "Object detected" indicator shows a state: mouse and hover events never reach it.
+bool GripperControlWidget::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == ui->radio_button_object_detected_) {
+        switch (event->type()) {
+            case QEvent::MouseButtonPress:
+            case QEvent::MouseButtonRelease:
+            case QEvent::MouseButtonDblClick:
+            case QEvent::HoverEnter:
+            case QEvent::HoverLeave:
+            case QEvent::HoverMove:
+                return true;
+            default:
+                break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+// Disables the whole page while a robot program runs.
+void GripperControlWidget::apply_program_state(int state) {
+    setEnabled(GripperGlobal::PS_STOPPED == state);
+}
+
+void GripperControlWidget::on_program_state_changed(GripperGlobal::ProgramState state) {
+    if (QThread::currentThread() == thread()) {
+        apply_program_state(state);
+        return;
+    }
+    if (!QMetaObject::invokeMethod(this, "apply_program_state", Qt::QueuedConnection,
+                                   Q_ARG(int, static_cast<int>(state)))) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"apply_program_state\", "
+                    "Qt::QueuedConnection)");
+    }
+}
+
+void GripperControlWidget::queue_update_ui() {
+    if (update_queued_.exchange(true)) {
+        return;
+    }
+    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
+        update_queued_ = false;
+        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::QueuedConnection)");
+    }
+}
+
+void GripperControlWidget::on_list_all_device_changed() {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_gripper_abstract_control_create(GripperLogicControl*) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_gripper_abstract_control_destroy(GripperLogicControl*) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_scan_status_changed(GripperConnectionManager::ScanStatus) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_communication_status_changed(
+    GripperLogicControl*, GripperCommunication::CommunicationStatus) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_gripper_move_status_changed(GripperLogicControl*,
+                                                          GripperLogicControl::GripperStatus) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_gripper_turn_status_changed(GripperLogicControl*,
+                                                          GripperLogicControl::GripperStatus) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_position_changed(GripperLogicControl*, float) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_force_changed(GripperLogicControl*, int) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_speed_changed(GripperLogicControl*, int) {
+    queue_update_ui();
+}
+
+void GripperControlWidget::on_angle_changed(GripperLogicControl*, int) {
+    queue_update_ui();
+}

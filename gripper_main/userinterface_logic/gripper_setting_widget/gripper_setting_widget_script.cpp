@@ -1,0 +1,233 @@
+// The Setting page's operations for script commands, called from the script thread (or, with the
+// same results, from the interface thread). They reach the widgets only through slots invoked on
+// the interface thread.
+#include <QCoreApplication>
+#include <QThread>
+
+#include "gripper/gripper_common/simple_logger/simple_logger.h"
+#include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "ui_gripper_setting_widget.h"
+
+namespace {
+
+// While it lives, the page's operations run in place instead of on the command worker; only
+// for a script call made on the interface thread, which would otherwise wait for itself.
+class InPlace {
+public:
+    InPlace(bool& flag, bool wanted) : flag_(flag), previous_(flag) { flag_ = previous_ || wanted; }
+    ~InPlace() { flag_ = previous_; }
+
+private:
+    bool& flag_;
+    const bool previous_;
+};
+
+QStringList to_string_list(const std::vector<std::string>& list) {
+    QStringList texts;
+    for (const std::string& text : list) {
+        texts << QString::fromStdString(text);
+    }
+    return texts;
+}
+
+}  // namespace
+
+bool GripperSettingWidget::scan_gripper() {
+    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
+        GRIPPER_LOG(
+            "W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::BlockingQueuedConnection)");
+        return false;
+    }
+    if (!QMetaObject::invokeMethod(this, "on_push_button_scan__clicked", Qt::QueuedConnection)) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"on_push_button_scan__clicked\", "
+                    "Qt::BlockingQueuedConnection)");
+        return false;
+    }
+    return true;
+}
+
+bool GripperSettingWidget::connect_gripper(GripperCommunication::CommunicationConnection connection,
+                                           const std::vector<std::string>& list_parameters) {
+    if (list_parameters.empty()) {
+        GRIPPER_LOG("W", "list_parameters.empty()");
+        return false;
+    }
+    int prepared = SP_FAILED;
+    if (!QMetaObject::invokeMethod(
+            this, "prepare_script_connect",
+            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
+            Q_RETURN_ARG(int, prepared), Q_ARG(int, static_cast<int>(connection)),
+            Q_ARG(QStringList, to_string_list(list_parameters)))) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"prepare_script_connect\", "
+                    "Qt::BlockingQueuedConnection)");
+        return false;
+    }
+    if (SP_PROCEED != prepared) {
+        return SP_CONNECTED == prepared;
+    }
+    return connect_through_slots();
+}
+
+bool GripperSettingWidget::connect_gripper_debug() {
+    int prepared = SP_FAILED;
+    if (!QMetaObject::invokeMethod(
+            this, "prepare_debug_connect",
+            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
+            Q_RETURN_ARG(int, prepared))) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"prepare_debug_connect\", "
+                    "Qt::BlockingQueuedConnection)");
+    }
+    if (SP_PROCEED == prepared) {
+        connect_through_slots();
+    }
+    return true;
+}
+
+bool GripperSettingWidget::disconnect_gripper() {
+    bool connected = false;
+    if (!QMetaObject::invokeMethod(
+            this, "current_device_connected",
+            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
+            Q_RETURN_ARG(bool, connected))) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"current_device_connected\", "
+                    "Qt::BlockingQueuedConnection)");
+    }
+    if (!connected) {
+        return false;
+    }
+    return disconnect_through_slots();
+}
+
+bool GripperSettingWidget::disconnect_gripper(int index) {
+    bool selected = false;
+    if (!QMetaObject::invokeMethod(
+            this, "select_device",
+            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
+            Q_RETURN_ARG(bool, selected), Q_ARG(int, index))) {
+        GRIPPER_LOG("W",
+                    "!QMetaObject::invokeMethod(this, \"select_device\", "
+                    "Qt::BlockingQueuedConnection)");
+    }
+    return selected && disconnect_gripper();
+}
+
+// Steps of a script connect that read or write the page, on the interface thread.
+int GripperSettingWidget::prepare_script_connect(int connection, const QStringList& parameters) {
+    bool ok = false;
+    const int index = parameters.value(0).toInt(&ok);
+    if (!ok) {
+        GRIPPER_LOG("W", "!ok");
+        GRIPPER_LOG("W", "list_parameters[0] = %s", parameters.value(0).toLocal8Bit().constData());
+        return SP_FAILED;
+    }
+    if (!select_device(index)) {
+        return SP_FAILED;
+    }
+    GripperDevice* device = current_device();
+    if (nullptr != device->gripper_abstract_control_) {
+        GRIPPER_LOG("W", "device->gripper_abstract_control_");
+        return SP_CONNECTED;
+    }
+    if (GripperCommunication::CC_TCP_CLIENT == connection) {
+        if (3 != parameters.size()) {
+            GRIPPER_LOG("W", "3 != list_parameters.size()");
+            return SP_FAILED;
+        }
+        connection_type_ = QStringLiteral("TCP Client");
+        ip_ = parameters.at(1);
+        port_ = parameters.at(2);
+    } else if (GripperCommunication::CC_USB_SERIALPORT == connection) {
+        if (parameters.size() < 2) {
+            GRIPPER_LOG("W", "2 > list_parameters.size()");
+            return SP_FAILED;
+        }
+        connection_type_ = QStringLiteral("USB");
+        // A pseudo-terminal stands for the one the last scan found.
+        serialport_ = parameters.at(1);
+        if (QStringLiteral("pts") == serialport_.section(QLatin1Char('/'), 2, 2)) {
+            serialport_ = pts_port_;
+        }
+        GRIPPER_LOG("D", "serialport_ = %s", serialport_.toLocal8Bit().constData());
+    } else {
+        return SP_FAILED;
+    }
+    fields_changed_ = true;
+    return SP_PROCEED;
+}
+
+int GripperSettingWidget::prepare_debug_connect() {
+    GripperDevice* device = current_device();
+    if (nullptr != device && nullptr != device->gripper_abstract_control_) {
+        GRIPPER_LOG("W", "device->gripper_abstract_control_");
+        return SP_CONNECTED;
+    }
+    connection_type_ = QStringLiteral("USB");
+    GRIPPER_LOG("D", "serialport_ = %s", serialport_.toLocal8Bit().constData());
+    fields_changed_ = true;
+    return SP_PROCEED;
+}
+
+bool GripperSettingWidget::select_device(int index) {
+    if (index < 0 || index >= ui->combo_box_node_->count() ||
+        nullptr == GripperGlobal::instance().get_device(static_cast<uint32_t>(index))) {
+        GRIPPER_LOG("W", "index < 0 || index >= combo_box_node_->count()");
+        GRIPPER_LOG("W", "index = %d", index);
+        return false;
+    }
+    ui->combo_box_node_->setCurrentIndex(index);
+    device_index_ = ui->combo_box_node_->currentIndex();
+    return true;
+}
+
+bool GripperSettingWidget::current_device_connected() {
+    GripperDevice* device = current_device();
+    return nullptr != device && nullptr != device->gripper_abstract_control_;
+}
+
+bool GripperSettingWidget::connect_through_slots() {
+    InPlace in_place(run_jobs_in_place_, on_interface_thread());
+    invoke_slot("update_ui");
+    invoke_slot("on_push_button_disconnect__clicked");
+    wait_for_jobs();
+    invoke_slot("on_push_button_connect__clicked");
+    wait_for_jobs();
+    return true;
+}
+
+bool GripperSettingWidget::disconnect_through_slots() {
+    InPlace in_place(run_jobs_in_place_, on_interface_thread());
+    invoke_slot("update_ui");
+    invoke_slot("on_push_button_disconnect__clicked");
+    wait_for_jobs();
+    return true;
+}
+
+// Blocking from the script thread; a direct call on the interface thread.
+bool GripperSettingWidget::invoke_slot(const char* slot) {
+    const Qt::ConnectionType type =
+        on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
+    if (!QMetaObject::invokeMethod(this, slot, type)) {
+        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"%s\", Qt::BlockingQueuedConnection)",
+                    slot);
+        return false;
+    }
+    return true;
+}
+
+// Until the operations under way have stored their results; on the interface thread they ran in
+// place and have.
+void GripperSettingWidget::wait_for_jobs() {
+    if (on_interface_thread()) {
+        return;
+    }
+    std::unique_lock<std::mutex> lock(jobs_mutex_);
+    jobs_done_.wait(lock, [this] { return closing_ || 0 == pending_jobs_; });
+}
+
+bool GripperSettingWidget::on_interface_thread() const {
+    return QThread::currentThread() == thread();
+}

@@ -1,0 +1,23 @@
+#ifndef GRIPPER_STATUS_TEXT_H
+#define GRIPPER_STATUS_TEXT_H
+
+#include <QString>
+
+class GripperLogicControl;
+class QLabel;
+
+// The state texts of the pages: for a driver with a link fault the text of its communication
+// status, otherwise the text of its gripper status; "Disconnected" without a driver. Reads only
+// the driver's lock-free statuses.
+class GripperStatusText {
+public:
+    static QString of(GripperLogicControl* driver);
+    // How the pages colour the state: "idle" without a driver, "fault" with a link fault, "ok".
+    static QString tone(GripperLogicControl* driver);
+    // Shows text in label, coloured by tone through the label's "tone" property.
+    static void show(QLabel* label, const QString& text, const QString& tone);
+    static QString communication(int status);
+    static QString gripper(int status);
+};
+
+#endif
