@@ -1,4 +1,5 @@
 // Paints the pages' images into the folder given as the only argument.
+#include <QColor>
 #include <QDir>
 #include <QGuiApplication>
 #include <QImage>
@@ -7,6 +8,7 @@
 #include <cstdio>
 
 #include "src/plugins/templateplugin/Image/button_icon_painter.h"
+#include "src/plugins/templateplugin/Image/combo_arrow_painter.h"
 #include "src/plugins/templateplugin/Image/logo_painter.h"
 
 namespace {
@@ -32,14 +34,24 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     const QDir folder(QString::fromLocal8Bit(argv[1]));
-    const bool saved = save(LogoPainter::paint(SCALE), folder, "logo_EN.png") &&
-                       save(ButtonIconPainter::paint(ButtonIconPainter::CLAMP, true, SCALE), folder,
-                            "B_Clamp_ON.png") &&
-                       save(ButtonIconPainter::paint(ButtonIconPainter::CLAMP, false, SCALE),
-                            folder, "B_Clamp_OFF.png") &&
-                       save(ButtonIconPainter::paint(ButtonIconPainter::LOOSEN, true, SCALE),
-                            folder, "B_Loosen_ON.png") &&
-                       save(ButtonIconPainter::paint(ButtonIconPainter::LOOSEN, false, SCALE),
-                            folder, "B_Loosen_OFF.png");
-    return saved ? 0 : 1;
+    const QColor arrow(0x14, 0x32, 0x5c);
+    const QColor arrow_disabled(0xa3, 0xad, 0xb8);
+    const struct {
+        QImage image;
+        const char* name;
+    } images[] = {
+        {LogoPainter::paint(SCALE), "logo_EN.png"},
+        {ButtonIconPainter::paint(ButtonIconPainter::CLAMP, true, SCALE), "B_Clamp_ON.png"},
+        {ButtonIconPainter::paint(ButtonIconPainter::CLAMP, false, SCALE), "B_Clamp_OFF.png"},
+        {ButtonIconPainter::paint(ButtonIconPainter::LOOSEN, true, SCALE), "B_Loosen_ON.png"},
+        {ButtonIconPainter::paint(ButtonIconPainter::LOOSEN, false, SCALE), "B_Loosen_OFF.png"},
+        {ComboArrowPainter::paint(arrow, SCALE), "arrow_down.png"},
+        {ComboArrowPainter::paint(arrow_disabled, SCALE), "arrow_down_disabled.png"},
+    };
+    for (const auto& entry : images) {
+        if (!save(entry.image, folder, entry.name)) {
+            return 1;
+        }
+    }
+    return 0;
 }
