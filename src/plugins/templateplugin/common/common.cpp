@@ -76,21 +76,21 @@ int Common::getRatioFontWidth(const QString& text, const int& pixelSize) const {
 }
 
 void Common::setRatioStyleSheet(QWidget* widget) const {
-    if (nullptr == widget) {
-        return;
+    if (nullptr != widget) {
+        widget->setStyleSheet(scaledStyleSheet(widget->styleSheet(), min_ratio_));
     }
+}
+
+QString Common::scaledStyleSheet(QString sheet, double ratio) {
     static const QRegularExpression pixels(QStringLiteral("([0-9]*)(px)"));
-    QString sheet = widget->styleSheet();
-    int from = 0;
-    QRegularExpressionMatch match = pixels.match(sheet, from);
+    QRegularExpressionMatch match = pixels.match(sheet);
     while (match.hasMatch()) {
         const QString replacement =
-            QStringLiteral("%1px").arg(getMinRatioSize(match.captured(1).toInt()));
+            QStringLiteral("%1px").arg(scaled(match.captured(1).toInt(), ratio));
         sheet.replace(match.capturedStart(), match.capturedLength(), replacement);
-        from = match.capturedStart() + replacement.length();
-        match = pixels.match(sheet, from);
+        match = pixels.match(sheet, match.capturedStart() + replacement.length());
     }
-    widget->setStyleSheet(sheet);
+    return sheet;
 }
 
 QString Common::getUuid() const {

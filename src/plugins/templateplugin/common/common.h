@@ -23,6 +23,8 @@ public:
     int getRatioFontWidth(const QString& text, const int& pixelSize) const;
     // Scales every "<number>px" of the widget's style sheet by the minimum ratio.
     void setRatioStyleSheet(QWidget* widget) const;
+    // The style sheet with every "<number>px" scaled by ratio (rounded half up).
+    static QString scaledStyleSheet(QString sheet, double ratio);
     // A new random UUID without braces.
     QString getUuid() const;
     // True when I/O may be switched: at once while confirmation is off, otherwise when the
