@@ -14,6 +14,7 @@ constexpr int kModbusStroke = 1000;
 constexpr int kCustomStroke = 100;
 
 constexpr long kLongestMs = 600000;
+constexpr long kFastestBaud = 4000000;
 
 // Decimal or 0x-prefixed hexadecimal within [low, high] into `field`.
 template <typename Field>
@@ -32,9 +33,10 @@ bool set_number(const std::string& text, long low, long high, Field& field) {
 }
 
 bool takes_value(const std::string& flag) {
-    static const char* const kFlags[] = {"--tcp",          "--control", "--id",      "--model",
-                                         "--version",      "--object",  "--init-ms", "--stroke-ms",
-                                         "--position-max", "--late-ms", "--fault",   "--announce"};
+    static const char* const kFlags[] = {"--tcp",          "--control",  "--id",      "--model",
+                                         "--version",      "--object",   "--init-ms", "--stroke-ms",
+                                         "--position-max", "--late-ms",  "--fault",   "--announce",
+                                         "--baud",         "--window-us"};
     for (const char* known : kFlags) {
         if (flag == known) {
             return true;
@@ -97,6 +99,10 @@ std::string CommandLine::usage() {
             "  --init-ms MS        duration of the initialisation (default 300)\n"
             "  --stroke-ms MS      duration of a full stroke at speed 100 (default 1000)\n"
             "  --late-ms MS        delay of the late fault (default 250)\n"
+            "  --baud RATE         answer like a line at RATE baud, 8N1: each byte no earlier\n"
+            "                      than its time on the wire (default 0: at once)\n"
+            "  --window-us US      with --baud: hand bytes over in windows of US microseconds,\n"
+            "                      as a USB serial adapter does (default 0: byte by byte)\n"
             "  --fault NAME        start with a fault: "
          << fault_names()
          << "\n"
@@ -109,8 +115,8 @@ std::string CommandLine::usage() {
             "  --control SOCKET    also serve the control commands on a unix socket\n"
             "  --help, -h          this text\n"
             "\n"
-            "Control commands: help, list, state N, fault N NAME, object N POS|none, drop N,\n"
-            "trace on|off, quit\n";
+            "Control commands: help, list, state N, fault N NAME, object N POS|none,\n"
+            "drop N [next], trace on|off, quit\n";
     return text.str();
 }
 
@@ -153,6 +159,10 @@ bool CommandLine::gripper_option(const std::string& flag, const std::string& val
         ok = set_number(value, 0, kLongestMs, options.full_stroke_ms);
     } else if (flag == "--late-ms") {
         ok = set_number(value, 0, kLongestMs, options.late_ms);
+    } else if (flag == "--baud") {
+        ok = set_number(value, 0, kFastestBaud, options.baud);
+    } else if (flag == "--window-us") {
+        ok = set_number(value, 0, kLongestMs * 1000, options.window_us);
     } else if (flag == "--fault") {
         ok = parse_fault(value, pending_.fault);
     } else {

@@ -10,7 +10,7 @@ namespace gripper_sim {
 namespace {
 
 const char kHelp[] =
-    "commands: help | list | state N | fault N NAME | object N POS|none | drop N | "
+    "commands: help | list | state N | fault N NAME | object N POS|none | drop N [next] | "
     "trace on|off | quit";
 
 bool parse_count(const std::string& text, int& value) {
@@ -121,10 +121,18 @@ std::string ControlCommands::drop(const Words& words) {
     if (n == 0) {
         return error;
     }
+    const bool next = words.size() == 3 && words[2] == "next";
+    if (words.size() > 3 || (words.size() == 3 && !next)) {
+        return "error: usage: drop N [next]";
+    }
     if (!simulator_.snapshot(n).object_held) {
         return fmt::format("error: gripper {} holds no object", n);
     }
-    simulator_.drop(n);
+    if (next) {
+        simulator_.drop_during_next_exchange(n);
+    } else {
+        simulator_.drop(n);
+    }
     return "ok";
 }
 

@@ -118,6 +118,11 @@ Bytes CustomResponder::dropped_frame() const {
     return frame;
 }
 
+bool CustomResponder::acknowledges_drop(const Bytes& request) const {
+    return request.size() == kFrameLength && request[kReadWrite] == 1 &&
+           (request[kPrimary] << 8 | request[kPrimary + 1]) == kStopCurrent;
+}
+
 bool CustomResponder::addressed(uint8_t id, uint16_t reg) const {
     return id == options_.id || (id == 0 && reg == kIdRegister);
 }

@@ -18,6 +18,7 @@ public:
     Bytes readdress(Bytes frame, uint8_t id) const override;
     // FF FE FD FC id 15 01 00 00 01 00 00 00 FB.
     Bytes dropped_frame() const override;
+    bool acknowledges_drop(const Bytes& request) const override;
 
 private:
     bool addressed(uint8_t id, uint16_t reg) const;

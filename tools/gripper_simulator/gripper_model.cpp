@@ -170,6 +170,7 @@ GripperSnapshot GripperModel::snapshot() const {
                            modbus_motion_code(motion_at(now)),
                            held_at(now),
                            0,
+                           0,
                            0};
 }
 

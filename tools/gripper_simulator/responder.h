@@ -26,6 +26,11 @@ public:
     // The frame the gripper sends unasked when it loses a held object; empty when the protocol
     // has none.
     virtual Bytes dropped_frame() const = 0;
+    // True when `request` acknowledges a dropped object.
+    virtual bool acknowledges_drop(const Bytes& request) const {
+        (void)request;
+        return false;
+    }
 
 protected:
     Bytes buffer_;

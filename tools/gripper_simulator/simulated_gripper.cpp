@@ -2,8 +2,10 @@
 
 #include <spdlog/spdlog.h>
 #include <sys/eventfd.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "tools/gripper_simulator/announce.h"
@@ -35,6 +37,7 @@ SimulatedGripper::SimulatedGripper(int number, Wire wire, std::unique_ptr<Port> 
       model_(options),
       responder_(make_responder(wire, model_, options_)),
       port_(std::move(port)),
+      pacer_(options.baud, options.window_us),
       wake_fd_(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
 
 SimulatedGripper::~SimulatedGripper() {
@@ -77,10 +80,14 @@ bool SimulatedGripper::drop() {
         dropped = model_.drop();
         const Bytes frame = responder_->dropped_frame();
         if (dropped && !frame.empty()) {
-            emit(frame);
+            emit(frame, Clock::now());
         }
     });
     return dropped;
+}
+
+void SimulatedGripper::drop_during_next_exchange() {
+    call([this] { drop_armed_ = true; });
 }
 
 void SimulatedGripper::set_announce_file(const std::string& file) {
@@ -99,10 +106,15 @@ GripperSnapshot SimulatedGripper::snapshot() const {
     GripperSnapshot snapshot = model_.snapshot();
     snapshot.frames_received = frames_received_;
     snapshot.answers_sent = answers_sent_;
+    snapshot.drop_acknowledgements = drop_acknowledgements_;
     return snapshot;
 }
 
 void SimulatedGripper::run() {
+    if (pacer_.paced()) {
+        // Byte times are tens of microseconds: no extra slack on this thread's wake-ups.
+        ::prctl(PR_SET_TIMERSLACK, 1UL, 0UL, 0UL, 0UL);
+    }
     while (!stopping_) {
         wait_and_serve();
     }
@@ -111,7 +123,8 @@ void SimulatedGripper::run() {
 void SimulatedGripper::wait_and_serve() {
     std::vector<pollfd> fds{pollfd{wake_fd_, POLLIN, 0}};
     port_->add_poll_fds(fds);
-    if (::poll(fds.data(), fds.size(), poll_timeout_ms()) > 0) {
+    timespec timeout{};
+    if (::ppoll(fds.data(), fds.size(), poll_timeout(timeout), nullptr) > 0) {
         // Tasks may close or reopen the port, which makes the other entries stale: serve the
         // port on the next round.
         if (fds[0].revents != 0) {
@@ -167,6 +180,9 @@ void SimulatedGripper::on_bytes(const Bytes& bytes) {
 
 void SimulatedGripper::on_request(const Bytes& request) {
     ++frames_received_;
+    if (responder_->acknowledges_drop(request)) {
+        ++drop_acknowledgements_;
+    }
     const Fault fault = fault_;
     if (fault == Fault::silent) {
         return;
@@ -176,13 +192,25 @@ void SimulatedGripper::on_request(const Bytes& request) {
         forget_traffic();
         return;
     }
+    const auto earliest = pacer_.request_end(Clock::now(), request.size());
+    if (drop_armed_) {
+        drop_armed_ = false;
+        drop_now(earliest);
+    }
     const Bytes answer = responder_->answer(request);
     if (!answer.empty()) {
-        emit(answer);
+        emit(answer, earliest);
     }
 }
 
-void SimulatedGripper::emit(const Bytes& frame) {
+void SimulatedGripper::drop_now(Clock::time_point earliest) {
+    const Bytes frame = responder_->dropped_frame();
+    if (model_.drop() && !frame.empty()) {
+        emit(frame, earliest);
+    }
+}
+
+void SimulatedGripper::emit(const Bytes& frame, Clock::time_point earliest) {
     const Fault fault = fault_;
     switch (fault) {
         case Fault::silent:
@@ -190,36 +218,46 @@ void SimulatedGripper::emit(const Bytes& frame) {
         case Fault::vanish:
             return;
         case Fault::late:
-            late_.push_back(
-                LateFrame{Clock::now() + std::chrono::milliseconds(options_.late_ms), frame});
+            queue(frame, earliest + std::chrono::milliseconds(options_.late_ms));
             return;
         default:
-            transmit(
-                shaper_.shape(fault, *responder_, frame, static_cast<uint8_t>(options_.id + 1)));
+            queue(shaper_.shape(fault, *responder_, frame, static_cast<uint8_t>(options_.id + 1)),
+                  earliest);
     }
 }
 
-void SimulatedGripper::transmit(const Bytes& frame) {
-    trace_.record(number_, "tx", frame);
-    port_->send(frame);
-    ++answers_sent_;
+void SimulatedGripper::queue(const Bytes& frame, Clock::time_point earliest) {
+    for (LinePacer::Piece& piece : pacer_.schedule(frame, earliest)) {
+        const auto later = std::upper_bound(
+            outgoing_.begin(), outgoing_.end(), piece.due,
+            [](Clock::time_point due, const LinePacer::Piece& queued) { return due < queued.due; });
+        outgoing_.insert(later, std::move(piece));
+    }
+    send_due_frames();
 }
 
 void SimulatedGripper::send_due_frames() {
     const auto now = Clock::now();
-    while (!late_.empty() && late_.front().due <= now) {
-        transmit(late_.front().frame);
-        late_.pop_front();
+    while (!outgoing_.empty() && outgoing_.front().due <= now) {
+        const LinePacer::Piece& piece = outgoing_.front();
+        port_->send(piece.bytes);
+        if (!piece.frame.empty()) {
+            trace_.record(number_, "tx", piece.frame);
+            ++answers_sent_;
+        }
+        outgoing_.pop_front();
     }
 }
 
-int SimulatedGripper::poll_timeout_ms() const {
-    if (late_.empty()) {
-        return -1;
+const timespec* SimulatedGripper::poll_timeout(timespec& timeout) const {
+    if (outgoing_.empty()) {
+        return nullptr;
     }
-    const auto wait = late_.front().due - Clock::now();
-    const auto ms = std::chrono::ceil<std::chrono::milliseconds>(wait).count();
-    return ms < 0 ? 0 : static_cast<int>(ms);
+    const auto wait = std::max(outgoing_.front().due - Clock::now(), Clock::duration(0));
+    const auto nanos = std::chrono::duration_cast<std::chrono::nanoseconds>(wait).count();
+    timeout.tv_sec = static_cast<time_t>(nanos / 1000000000);
+    timeout.tv_nsec = static_cast<long>(nanos % 1000000000);
+    return &timeout;
 }
 
 void SimulatedGripper::apply_fault(Fault fault) {
@@ -246,7 +284,7 @@ void SimulatedGripper::apply_fault(Fault fault) {
 
 void SimulatedGripper::forget_traffic() {
     responder_->clear();
-    late_.clear();
+    outgoing_.clear();
 }
 
 void SimulatedGripper::publish_endpoint() {

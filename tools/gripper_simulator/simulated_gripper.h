@@ -13,6 +13,7 @@
 #include "tools/gripper_simulator/fault_shaper.h"
 #include "tools/gripper_simulator/frame_trace.h"
 #include "tools/gripper_simulator/gripper_model.h"
+#include "tools/gripper_simulator/line_pacer.h"
 #include "tools/gripper_simulator/port.h"
 #include "tools/gripper_simulator/responder.h"
 
@@ -41,16 +42,14 @@ public:
     void set_object(int position) { model_.set_object(position); }
     // Loses the held object (custom frames: sends the dropped frame); false when none is held.
     bool drop();
+    // Loses the held object when the next request arrives, before the answer goes out: the
+    // dropped frame of custom frames comes while the client waits for its answer.
+    void drop_during_next_exchange();
     // Where the pty's slave path is announced, now and after every reopening; empty for none.
     void set_announce_file(const std::string& file);
     GripperSnapshot snapshot() const;
 
 private:
-    struct LateFrame {
-        std::chrono::steady_clock::time_point due;
-        Bytes frame;
-    };
-
     void run();
     void wait_and_serve();
     void run_tasks();
@@ -59,10 +58,13 @@ private:
     void wake();
     void on_bytes(const Bytes& bytes);
     void on_request(const Bytes& request);
-    void emit(const Bytes& frame);
-    void transmit(const Bytes& frame);
+    void drop_now(std::chrono::steady_clock::time_point earliest);
+    // Sends the frame when it is due: at once, late (late fault) or paced like a line.
+    void emit(const Bytes& frame, std::chrono::steady_clock::time_point earliest);
+    void queue(const Bytes& frame, std::chrono::steady_clock::time_point earliest);
     void send_due_frames();
-    int poll_timeout_ms() const;
+    // Time until the next piece is due; null when nothing is queued.
+    const timespec* poll_timeout(timespec& timeout) const;
     void apply_fault(Fault fault);
     void forget_traffic();
     void publish_endpoint();
@@ -76,10 +78,14 @@ private:
     std::unique_ptr<Responder> responder_;
     std::unique_ptr<Port> port_;
     FaultShaper shaper_;
-    std::deque<LateFrame> late_;
+    LinePacer pacer_;
+    // Pieces of frames to send, in the order they are due.
+    std::deque<LinePacer::Piece> outgoing_;
+    bool drop_armed_ = false;
     std::atomic<Fault> fault_{Fault::none};
     std::atomic<long> frames_received_{0};
     std::atomic<long> answers_sent_{0};
+    std::atomic<long> drop_acknowledgements_{0};
     std::atomic<bool> stopping_{false};
     int wake_fd_ = -1;
     std::mutex tasks_mutex_;

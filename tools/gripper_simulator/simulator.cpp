@@ -86,6 +86,12 @@ void Simulator::drop(int n) {
     }
 }
 
+void Simulator::drop_during_next_exchange(int n) {
+    if (auto* gripper = impl_->find(n)) {
+        gripper->drop_during_next_exchange();
+    }
+}
+
 void Simulator::set_trace(bool on) {
     impl_->trace.set_enabled(on);
 }

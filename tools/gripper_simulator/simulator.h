@@ -40,6 +40,10 @@ public:
     // Loses the held object: Modbus motion state 3; custom frames: the unsolicited dropped frame
     // is sent before this returns. Nothing happens when no object is held.
     void drop(int n);
+    // Loses the held object when gripper n receives its next request, before it answers: with
+    // custom frames the dropped frame arrives while the client waits for its answer. Nothing
+    // happens when no object is held then. Returns once armed.
+    void drop_during_next_exchange(int n);
     // Hex frame trace with time stamps on stderr.
     void set_trace(bool on);
     GripperSnapshot snapshot(int n) const;

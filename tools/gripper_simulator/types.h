@@ -36,6 +36,9 @@ struct GripperOptions {
     int full_stroke_ms = 1000;  // time of a full stroke at speed 100
     int object_at = -1;         // register position of an object that stops the fingers; -1 none
     int late_ms = 250;          // delay of the "late" fault
+    int baud = 0;       // answers paced like a line at this rate (10 bits a byte); 0: at once
+    int window_us = 0;  // with baud: handed over in windows of this length, as a USB serial
+                        // adapter delivers; 0: byte by byte
 };
 
 struct GripperSnapshot {
@@ -46,8 +49,9 @@ struct GripperSnapshot {
     bool initialised;
     int motion_state;  // Modbus coding: 0 moving, 1 arrived, 2 detected, 3 dropped
     bool object_held;
-    long frames_received;  // well-formed frames received, whoever they were for
-    long answers_sent;     // frames written: answers (faulty ones too) and the dropped frame
+    long frames_received;        // well-formed frames received, whoever they were for
+    long answers_sent;           // frames written: answers (faulty ones too) and the dropped frame
+    long drop_acknowledgements;  // custom frames: acknowledgements of a dropped object received
 };
 
 }  // namespace gripper_sim

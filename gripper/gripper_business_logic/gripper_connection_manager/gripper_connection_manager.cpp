@@ -58,7 +58,8 @@ bool GripperConnectionManager::destroy(GripperLogicControl* device) {
         return false;
     }
     private_->forget(device);
-    GripperConnectionManagerPrivate::tear_down(device);
+    // Under the driver lock: the loop stops before the link closes, and no command overlaps.
+    device->tear_down();
     private_->notify_destroy(device);
     private_->unlock();
     return true;

@@ -84,14 +84,6 @@ void GripperConnectionManagerPrivate::forget(GripperLogicControl* device) {
     devices_.erase(std::find(devices_.begin(), devices_.end(), device));
 }
 
-void GripperConnectionManagerPrivate::tear_down(GripperLogicControl* device) {
-    // The loop stops before the link closes, so no cycle runs on a closed link.
-    device->stop_loop_update();
-    device->set_gripper_status(GripperLogicControl::GS_UNDEFINE);
-    device->set_communication_status(GripperCommunication::CS_DISCONNECTED);
-    device->close();
-}
-
 void GripperConnectionManagerPrivate::notify_destroy(GripperLogicControl* device) {
     for (GripperConnectionManager::NotifyInterface* notify : notify_interfaces_) {
         notify->on_gripper_abstract_control_destroy(device);

@@ -31,7 +31,6 @@ public:
     // Called with the write lock held.
     bool contains(GripperLogicControl* device) const;
     void forget(GripperLogicControl* device);
-    static void tear_down(GripperLogicControl* device);
     void notify_destroy(GripperLogicControl* device);
 
     GripperConnectionManager* parent_;

@@ -11,7 +11,7 @@
 
 namespace {
 
-typedef std::lock_guard<std::recursive_timed_mutex> DriverLock;
+typedef std::lock_guard<GripperDriverMutex> DriverLock;
 
 struct Static {
     std::map<GripperLogicControl::GripperStatus, std::string> map_gripper_status_{
@@ -115,6 +115,11 @@ bool GripperLogicControl::set_activate() {
 
 bool GripperLogicControl::set_position(float position) {
     GripperOperationLock lock(*private_);
+    if (!std::isfinite(position)) {
+        // The clamp below keeps NaN, which would round to register 0: a full stroke.
+        GRIPPER_LOG("W", "!std::isfinite(position)");
+        return false;
+    }
     if (!private_->accepts_motion_command()) {
         return false;
     }
@@ -127,6 +132,8 @@ bool GripperLogicControl::set_position(float position) {
     }
     set_gripper_status(GS_MOVING);
     private_->move_pending_ = true;
+    // The loop follows the move at its own pace from now on.
+    private_->wake_loop();
     return true;
 }
 
@@ -255,6 +262,14 @@ void GripperLogicControl::remove_notify_interface(NotifyInterface* notify) {
     if (observers.end() != iter) {
         observers.erase(iter);
     }
+}
+
+void GripperLogicControl::tear_down() {
+    GripperOperationLock lock(*private_);
+    stop_loop_update();
+    set_gripper_status(GS_UNDEFINE);
+    set_communication_status(CS_DISCONNECTED);
+    close();
 }
 
 void GripperLogicControl::set_gripper_communication(GripperCommunication* communication) {

@@ -96,6 +96,10 @@ public:
 
     void start_loop_update();
     void stop_loop_update();
+    // Stops the update loop, stores GS_UNDEFINE and CS_DISCONNECTED (observers see both) and
+    // closes the link, all under the driver lock: no command overlaps it, and every command
+    // after it is refused.
+    void tear_down();
     bool occur_exception();
     void set_communication_status(CommunicationStatus status);
     void set_gripper_status(GripperStatus status);
@@ -106,6 +110,16 @@ public:
     static GripperStatus string_to_gripper_status(const std::string& text);
 
 protected:
+    // The concrete links call these: the descriptor bytes arrive on (-1 when closed), so that
+    // waits for an answer can sleep until it comes; and, first in their destructors, the end of
+    // the update thread, so that no cycle touches a link being destroyed.
+    void set_readable_descriptor(int descriptor);
+    void finish_loop_update();
+    // The links hand over the bytes an exchange read in place of its answer, or dropped as
+    // stale: the gripper's unsolicited dropped frame among them is reported as if it had come
+    // between cycles. True when there was one.
+    bool take_dropped_feedback(const std::vector<uint8_t>& byte_stream);
+
     GripperProtocol* gripper_protocol_;
     // Read by the links' write_read: while set, an exchange gives up after its fourth pass.
     std::atomic<bool> retry_cap_;

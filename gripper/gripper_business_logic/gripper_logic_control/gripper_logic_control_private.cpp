@@ -26,6 +26,8 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       thread_(),
       thread_start_(false),
       thread_loop_(true),
+      loop_woken_(false),
+      readable_descriptor_(-1),
       communication_(nullptr),
       move_pending_(false),
       arrived_seen_(false),
@@ -135,6 +137,18 @@ bool GripperLogicControlPrivate::accepts_motion_command() const {
     // Refused without a message while undefined, inactive, activating or turning.
     switch (gripper_status_.load()) {
         case GripperLogicControl::GS_ACTIVATED:
+        case GripperLogicControl::GS_MOVING:
+        case GripperLogicControl::GS_ARRIVED:
+        case GripperLogicControl::GS_DETECTED:
+        case GripperLogicControl::GS_DROPPED:
+            return true;
+        default:
+            return false;
+    }
+}
+
+bool GripperLogicControlPrivate::may_hold_object() const {
+    switch (gripper_status_.load()) {
         case GripperLogicControl::GS_MOVING:
         case GripperLogicControl::GS_ARRIVED:
         case GripperLogicControl::GS_DETECTED:

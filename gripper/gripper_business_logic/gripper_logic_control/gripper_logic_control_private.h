@@ -5,9 +5,11 @@
 #include <semaphore.h>
 
 #include <atomic>
+#include <condition_variable>
 #include <mutex>
 #include <vector>
 
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
@@ -41,6 +43,8 @@ public:
     bool support_angle() const;
     bool uses_custom_protocol() const;
     bool accepts_motion_command() const;
+    // After a move: the gripper may hold an object, which it can lose.
+    bool may_hold_object() const;
 
     // Exchanges with the gripper.
     std::vector<uint8_t> exchange(bool set, const std::vector<uint8_t>& request);
@@ -50,6 +54,8 @@ public:
 
     // Update thread.
     static void* thread_entry(void* private_part);
+    // Makes the loop look at its stop flag and its pacing now instead of at the end of a pause.
+    void wake_loop();
     bool check_update();
     void update();
     bool sync_move_feedback();
@@ -67,7 +73,7 @@ public:
     GripperLogicControl* parent_;
     int32_t last_update_time_;
     int32_t update_interval_;
-    mutable std::recursive_timed_mutex mutex_;
+    mutable GripperDriverMutex mutex_;
     std::vector<GripperLogicControl::NotifyInterface*> notify_interfaces_;
     // Guards notify_interfaces_, so that adding an observer does not wait for an exchange.
     std::mutex notify_mutex_;
@@ -75,6 +81,12 @@ public:
     bool thread_start_;
     std::atomic<bool> thread_loop_;
     sem_t semaphore_;
+    // The loop pauses between cycles on loop_signal_; a stop or a change of pacing wakes it.
+    std::mutex loop_mutex_;
+    std::condition_variable loop_signal_;
+    bool loop_woken_;
+    // The link's descriptor, for sleeping until bytes arrive; -1 while the link is closed.
+    std::atomic<int> readable_descriptor_;
     GripperCommunication* communication_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
@@ -101,7 +113,7 @@ private:
     bool follow_move();
     bool follow_drop();
     bool sync_position_in_cycle();
-    bool lock_for_cycle(std::unique_lock<std::recursive_timed_mutex>& lock);
+    bool lock_for_cycle();
     void pause_loop(int32_t millis);
 
     friend class GripperLogicControl;
@@ -111,7 +123,7 @@ private:
 // add or remove observers, and skips one removed meanwhile.
 template <typename Call>
 void GripperLogicControlPrivate::notify(Call call) {
-    std::lock_guard<std::recursive_timed_mutex> lock(mutex_);
+    std::lock_guard<GripperDriverMutex> lock(mutex_);
     std::vector<GripperLogicControl::NotifyInterface*> observers;
     {
         std::lock_guard<std::mutex> list_lock(notify_mutex_);

@@ -1,10 +1,8 @@
 // The update thread and the operations around it: start and stop, pacing, update cycles,
-// motion feedback, status setters and the waits the links use inside an exchange.
+// motion feedback and status setters.
 #include <errno.h>
 #include <sched.h>
-#include <time.h>
 
-#include <algorithm>
 #include <chrono>
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
@@ -15,17 +13,11 @@
 
 namespace {
 
-typedef std::lock_guard<std::recursive_timed_mutex> DriverLock;
+typedef std::lock_guard<GripperDriverMutex> DriverLock;
 
 const int32_t FAST_PERIOD = 100;
 const int32_t SLOW_PERIOD = 1000;
 const int32_t EXCEPTION_REPORT_INTERVAL = 3000;
-// Longest pause of the loop between two looks at its clock and its stop flag.
-const int32_t LONGEST_PAUSE = 20;
-// A waiting exchange first yields the processor, then naps briefly, so that a silent gripper
-// does not keep a core busy for the whole wait.
-const int32_t YIELD_ONLY_MILLIS = 2;
-const long NAP_NANOS = 100000;
 
 // Milliseconds from since to now on the wrapping 32-bit clock.
 int32_t elapsed_millis(int32_t now, int32_t since) {
@@ -34,11 +26,6 @@ int32_t elapsed_millis(int32_t now, int32_t since) {
 
 int32_t now_millis() {
     return MiscellaneousUtility::current_time_millis();
-}
-
-void nap(long nanos) {
-    struct timespec duration = {0, nanos};
-    nanosleep(&duration, nullptr);
 }
 
 bool wait_semaphore(sem_t* semaphore) {
@@ -85,6 +72,7 @@ void GripperLogicControl::stop_loop_update() {
         return;
     }
     private_->thread_loop_ = false;
+    private_->wake_loop();
     if (pthread_equal(pthread_self(), private_->thread_)) {
         // Stopped from inside a cycle: the loop ends after it, there is nothing to wait for here.
         GRIPPER_LOG("W", "pthread_equal(pthread_self(), private_->thread_)");
@@ -115,6 +103,8 @@ void GripperLogicControl::set_communication_status(CommunicationStatus status) {
     }
     GRIPPER_LOG("D", "private_->communication_status_ = %s",
                 communication_status_to_string(status).c_str());
+    // The loop pauses without cycles while the link is broken, and cycles again once it is not.
+    private_->wake_loop();
     private_->notify([this, status](NotifyInterface* observer) {
         observer->on_communication_status_changed(this, status);
     });
@@ -143,35 +133,38 @@ bool GripperLogicControl::buffer_drop() {
         return false;
     }
     GRIPPER_LOG("W", "drop_byte = %s", MiscellaneousUtility::convert_hex_binary(drop_byte).c_str());
+    take_dropped_feedback(drop_byte);
     return true;
 }
 
-bool GripperLogicControl::wait_for_length_available(int length, int millis) {
-    const int32_t start_time = now_millis();
-    DriverLock lock(private_->mutex_);
-    for (;;) {
-        const int available_length = private_->communication_->available();
-        if (-1 == available_length) {
-            GRIPPER_LOG("W", "-1 == available_length");
-            return false;
-        }
-        if (available_length >= length) {
-            return true;
-        }
-        const int32_t current_time = now_millis();
-        if (elapsed_millis(current_time, start_time) < YIELD_ONLY_MILLIS) {
-            sched_yield();
-        } else {
-            nap(NAP_NANOS);
-        }
-        if (elapsed_millis(now_millis(), start_time) > millis) {
-            GRIPPER_LOG("W", "(current_time - start_time) > millis");
-            GRIPPER_LOG("W", "current_time = %d", static_cast<int>(current_time));
-            GRIPPER_LOG("W", "start_time = %d", static_cast<int>(start_time));
-            GRIPPER_LOG("W", "millis = %d", millis);
-            return false;
-        }
+bool GripperLogicControl::take_dropped_feedback(const std::vector<uint8_t>& byte_stream) {
+    if (!private_->uses_custom_protocol() ||
+        !GripperCustomProtocol::contains_dropped_feedback(private_->id_, byte_stream)) {
+        return false;
     }
+    GRIPPER_LOG("W", "dropped feedback = %s",
+                MiscellaneousUtility::convert_hex_binary(byte_stream).c_str());
+    if (private_->may_hold_object()) {
+        // The next cycle acknowledges it, as after a frame between cycles.
+        set_gripper_status(GS_DROPPED);
+    } else {
+        GRIPPER_LOG("W", "get_gripper_status() = %s",
+                    gripper_status_to_string(get_gripper_status()).c_str());
+    }
+    return true;
+}
+
+// A loop stopped from inside its own cycle was not waited for: its thread ends after that cycle,
+// and the driver must not go away before.
+void GripperLogicControl::finish_loop_update() {
+    if (!private_->thread_start_) {
+        return;
+    }
+    if (pthread_equal(pthread_self(), private_->thread_)) {
+        GRIPPER_LOG("E", "pthread_equal(pthread_self(), private_->thread_)");
+        return;
+    }
+    stop_loop_update();
 }
 
 void* GripperLogicControlPrivate::thread_entry(void* private_part) {
@@ -197,7 +190,7 @@ bool GripperLogicControlPrivate::check_update() {
             GRIPPER_LOG("E", "parent_->occur_exception()");
             last_update_time_ = now;
         }
-        pause_loop(LONGEST_PAUSE);
+        pause_loop(EXCEPTION_REPORT_INTERVAL - elapsed_millis(now, last_update_time_) + 1);
         return false;
     }
     update_interval_ = (move_pending_ && arrived_seen_) ? FAST_PERIOD : SLOW_PERIOD;
@@ -209,15 +202,29 @@ bool GripperLogicControlPrivate::check_update() {
     return false;
 }
 
+// Sleeps until the next cycle is due, unless a stop or a change of pacing wakes the loop first.
 void GripperLogicControlPrivate::pause_loop(int32_t millis) {
-    nap(std::min(millis, LONGEST_PAUSE) * 1000000L);
+    std::unique_lock<std::mutex> lock(loop_mutex_);
+    loop_signal_.wait_for(lock, std::chrono::milliseconds(millis),
+                          [this] { return !thread_loop_ || loop_woken_; });
+    loop_woken_ = false;
+}
+
+void GripperLogicControlPrivate::wake_loop() {
+    {
+        std::lock_guard<std::mutex> lock(loop_mutex_);
+        loop_woken_ = true;
+    }
+    loop_signal_.notify_all();
+    // A cycle waiting for the driver lock gives up when the loop is being stopped.
+    mutex_.wake_waiters();
 }
 
 void GripperLogicControlPrivate::update() {
-    std::unique_lock<std::recursive_timed_mutex> lock(mutex_, std::defer_lock);
-    if (!lock_for_cycle(lock)) {
+    if (!lock_for_cycle()) {
         return;
     }
+    std::lock_guard<GripperDriverMutex> lock(mutex_, std::adopt_lock);
     const GripperLogicControl::GripperStatus status = gripper_status_;
     if (run_cycle_for(status) &&
         (GripperLogicControl::GS_ARRIVED == status || GripperLogicControl::GS_DETECTED == status)) {
@@ -227,17 +234,8 @@ void GripperLogicControlPrivate::update() {
 }
 
 // Takes the driver lock for a cycle, giving up when the loop is stopped meanwhile.
-bool GripperLogicControlPrivate::lock_for_cycle(
-    std::unique_lock<std::recursive_timed_mutex>& lock) {
-    while (thread_loop_) {
-        // A deadline on the system clock waits through pthread_mutex_timedlock, which every
-        // thread checker knows.
-        if (lock.try_lock_until(std::chrono::system_clock::now() +
-                                std::chrono::milliseconds(LONGEST_PAUSE))) {
-            return true;
-        }
-    }
-    return false;
+bool GripperLogicControlPrivate::lock_for_cycle() {
+    return mutex_.lock_unless([this] { return !thread_loop_; });
 }
 
 bool GripperLogicControlPrivate::run_cycle_for(GripperLogicControl::GripperStatus status) {
@@ -305,6 +303,10 @@ bool GripperLogicControlPrivate::sync_move_feedback() {
     if (!read_back(parent_->gripper_protocol_->build_move_feedback_protocol(id_),
                    GripperProtocol::PT_MOVE_FEEDBACK, data)) {
         return false;
+    }
+    if (uses_custom_protocol() && GripperLogicControl::GS_DROPPED == gripper_status_) {
+        // A dropped frame taken during this read stands: these answers cannot tell of a drop.
+        return true;
     }
     switch (data.feedback_) {
         case GripperProtocol::F_MOVING:

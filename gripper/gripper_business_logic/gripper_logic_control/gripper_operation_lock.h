@@ -17,7 +17,7 @@ public:
 
 private:
     GripperLogicControlPrivate& owner_;
-    std::lock_guard<std::recursive_timed_mutex> lock_;
+    std::lock_guard<GripperDriverMutex> lock_;
 };
 
 #endif

@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
@@ -78,6 +79,14 @@ bool GripperLinkSupport::already_closed(int descriptor) {
         return false;
     }
     GRIPPER_LOG("W", "-1 == %s", traits_.descriptor_name);
+    return true;
+}
+
+bool GripperLinkSupport::already_open(int descriptor) {
+    if (-1 == descriptor) {
+        return false;
+    }
+    GRIPPER_LOG("W", "-1 != %s", traits_.descriptor_name);
     return true;
 }
 
@@ -197,6 +206,22 @@ bool GripperLinkSupport::send_request(const std::vector<uint8_t>& write_stream) 
     GRIPPER_LOG(traits_.fault_level, "write_stream = %s", hex(write_stream).c_str());
     link_->set_communication_status(GripperCommunication::CS_WRITE_EXCEPTION);
     return false;
+}
+
+bool GripperLinkSupport::await_answer(int length, int millis, std::vector<uint8_t>& answer) {
+    const int32_t start = MiscellaneousUtility::current_time_millis();
+    for (;;) {
+        const int32_t elapsed = static_cast<int32_t>(
+            static_cast<uint32_t>(MiscellaneousUtility::current_time_millis()) -
+            static_cast<uint32_t>(start));
+        if (!link_->wait_for_length_available(length, std::max(millis - elapsed, 0))) {
+            return false;
+        }
+        answer = link_->read(length);
+        if (!link_->take_dropped_feedback(answer)) {
+            return true;
+        }
+    }
 }
 
 bool GripperLinkSupport::retry_cap_reached(int count) {

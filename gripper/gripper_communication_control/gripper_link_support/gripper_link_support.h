@@ -35,6 +35,8 @@ public:
     bool accept_parameters(const std::vector<std::string>& parameters);
     static bool set_non_blocking(int descriptor);
     bool already_closed(int descriptor);
+    // An open link is not opened again: its descriptor would leak.
+    bool already_open(int descriptor);
     void close_descriptor(int& descriptor);
 
     // The byte transfers behind the link's read, write and available.
@@ -51,6 +53,10 @@ public:
     bool drop_buffer();
     // A failed write also sets CS_WRITE_EXCEPTION.
     bool send_request(const std::vector<uint8_t>& write_stream);
+    // Waits up to millis for an answer of length bytes and reads it with the link's read. A
+    // dropped frame the gripper sent by itself, read in place of the answer, goes to the driver,
+    // and the wait goes on for the answer within the same time. False when the time ran out.
+    bool await_answer(int length, int millis, std::vector<uint8_t>& answer);
     // True when the driver's retry cap forbids waiting on this pass.
     bool retry_cap_reached(int count);
     // After a wait timed out: the request, the pass and the bytes waiting.

@@ -16,7 +16,9 @@ GripperTCPClientCommunicationControl::GripperTCPClientCommunicationControl()
     set_gripper_communication(this);
 }
 
-GripperTCPClientCommunicationControl::~GripperTCPClientCommunicationControl() {}
+GripperTCPClientCommunicationControl::~GripperTCPClientCommunicationControl() {
+    finish_loop_update();
+}
 
 GripperCommunication::CommunicationConnection
 GripperTCPClientCommunicationControl::get_communication_connection() {
@@ -24,12 +26,16 @@ GripperTCPClientCommunicationControl::get_communication_connection() {
 }
 
 bool GripperTCPClientCommunicationControl::open(const std::vector<std::string>& parameters) {
+    if (private_->support_.already_open(private_->socket_)) {
+        return false;
+    }
     if (!private_->support_.accept_parameters(parameters) ||
         !private_->accept_address(parameters[1], parameters[2]) || !private_->create_socket() ||
         !private_->set_options() || !GripperLinkSupport::set_non_blocking(private_->socket_) ||
         !private_->connect_to(parameters[1], parameters[2])) {
         return private_->abandon_open();
     }
+    set_readable_descriptor(private_->socket_);
     return true;
 }
 
@@ -45,6 +51,7 @@ bool GripperTCPClientCommunicationControl::close() {
     if (private_->support_.already_closed(private_->socket_)) {
         return true;
     }
+    set_readable_descriptor(-1);
     if (0 != shutdown(private_->socket_, SHUT_RDWR)) {
         const int error = errno;
         GRIPPER_LOG("E", "0 != shutdown(private_->socket_, SHUT_RDWR)");
@@ -60,12 +67,14 @@ std::vector<uint8_t> GripperTCPClientCommunicationControl::read(int length) {
 
 std::vector<uint8_t> GripperTCPClientCommunicationControl::write_read(
     bool set, int read_length, const std::vector<uint8_t>& write_stream) {
+    std::vector<uint8_t> answer;
     if (!private_->support_.ready_for_exchange(private_->socket_, read_length) ||
         !private_->drop_stale_bytes() || !private_->support_.send_request(write_stream) ||
-        !private_->wait_for_answer(read_length, write_stream)) {
+        !private_->wait_for_answer(read_length, write_stream, answer) ||
+        !private_->check_answer(set, write_stream, answer)) {
         return std::vector<uint8_t>();
     }
-    return private_->receive_answer(set, read_length, write_stream);
+    return answer;
 }
 
 bool GripperTCPClientCommunicationControl::write(const std::vector<uint8_t>& write_stream) {

@@ -65,7 +65,8 @@ bool GripperTCPClientCommunicationControlPrivate::accept_address(const std::stri
 }
 
 bool GripperTCPClientCommunicationControlPrivate::create_socket() {
-    socket_ = socket(AF_INET, SOCK_STREAM, 0);
+    // Close-on-exec: a program the pendant starts must not keep the connection open.
+    socket_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     if (socket_ < 0) {
         const int error = errno;
         socket_ = -1;
@@ -162,14 +163,14 @@ bool GripperTCPClientCommunicationControlPrivate::drop_stale_bytes() {
 }
 
 bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
-    int read_length, const std::vector<uint8_t>& write_stream) {
+    int read_length, const std::vector<uint8_t>& write_stream, std::vector<uint8_t>& answer) {
     const int max_count = parent_->get_wait_retry_max_count();
     const int interval = parent_->get_default_wait_for_length_available_interval();
     for (int count = 0; count < max_count; ++count) {
         if (support_.retry_cap_reached(count)) {
             return false;
         }
-        if (parent_->wait_for_length_available(read_length, interval)) {
+        if (support_.await_answer(read_length, interval, answer)) {
             return true;
         }
         support_.log_wait_state(write_stream, count);
@@ -180,11 +181,7 @@ bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
     return false;
 }
 
-std::vector<uint8_t> GripperTCPClientCommunicationControlPrivate::receive_answer(
-    bool set, int read_length, const std::vector<uint8_t>& write_stream) {
-    const std::vector<uint8_t> answer = parent_->read(read_length);
-    if (!support_.answer_present(answer) || !support_.answer_matches(set, write_stream, answer)) {
-        return std::vector<uint8_t>();
-    }
-    return answer;
+bool GripperTCPClientCommunicationControlPrivate::check_answer(
+    bool set, const std::vector<uint8_t>& write_stream, const std::vector<uint8_t>& answer) {
+    return support_.answer_present(answer) && support_.answer_matches(set, write_stream, answer);
 }

@@ -26,9 +26,10 @@ public:
 
     // Exchange steps of this link: the request is written once, then its answer awaited.
     bool drop_stale_bytes();
-    bool wait_for_answer(int read_length, const std::vector<uint8_t>& write_stream);
-    std::vector<uint8_t> receive_answer(bool set, int read_length,
-                                        const std::vector<uint8_t>& write_stream);
+    bool wait_for_answer(int read_length, const std::vector<uint8_t>& write_stream,
+                         std::vector<uint8_t>& answer);
+    bool check_answer(bool set, const std::vector<uint8_t>& write_stream,
+                      const std::vector<uint8_t>& answer);
 
     GripperTCPClientCommunicationControl* parent_;
     int socket_;

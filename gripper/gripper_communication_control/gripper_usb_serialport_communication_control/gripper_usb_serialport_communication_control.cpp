@@ -10,7 +10,9 @@ GripperUSBSerialportCommunicationControl::GripperUSBSerialportCommunicationContr
     set_gripper_communication(this);
 }
 
-GripperUSBSerialportCommunicationControl::~GripperUSBSerialportCommunicationControl() {}
+GripperUSBSerialportCommunicationControl::~GripperUSBSerialportCommunicationControl() {
+    finish_loop_update();
+}
 
 GripperCommunication::CommunicationConnection
 GripperUSBSerialportCommunicationControl::get_communication_connection() {
@@ -18,11 +20,15 @@ GripperUSBSerialportCommunicationControl::get_communication_connection() {
 }
 
 bool GripperUSBSerialportCommunicationControl::open(const std::vector<std::string>& parameters) {
+    if (private_->support_.already_open(private_->fd_)) {
+        return false;
+    }
     if (!private_->support_.accept_parameters(parameters) || !private_->open_port(parameters[1]) ||
         !GripperLinkSupport::set_non_blocking(private_->fd_) || !private_->raise_dtr() ||
         !private_->configure_port()) {
         return private_->abandon_open();
     }
+    set_readable_descriptor(private_->fd_);
     return true;
 }
 
@@ -36,6 +42,7 @@ bool GripperUSBSerialportCommunicationControl::is_alive() {
 
 bool GripperUSBSerialportCommunicationControl::close() {
     if (!private_->support_.already_closed(private_->fd_)) {
+        set_readable_descriptor(-1);
         private_->support_.close_descriptor(private_->fd_);
     }
     return true;

@@ -50,7 +50,8 @@ bool GripperUSBSerialportCommunicationControlPrivate::open_port(const std::strin
         GRIPPER_LOG("W", "path = %s", path.c_str());
         return false;
     }
-    fd_ = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    // Close-on-exec: a program the pendant starts must not keep the port open.
+    fd_ = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (-1 == fd_) {
         const int error = errno;
         GRIPPER_LOG("W", "-1 == private_->fd_");
@@ -145,10 +146,9 @@ GripperUSBSerialportCommunicationControlPrivate::run_pass(bool set, int read_len
         return Pass::STOP;
     }
     const int interval = parent_->get_default_wait_for_length_available_interval();
-    if (!parent_->wait_for_length_available(read_length, interval)) {
+    if (!support_.await_answer(read_length, interval, answer)) {
         return after_time_out(read_length, write_stream, count);
     }
-    answer = parent_->read(read_length);
     return check_answer(set, write_stream, answer, count);
 }
 

@@ -341,6 +341,20 @@ std::vector<uint8_t> GripperCustomProtocol::build_maximum_current_protocol(uint8
     return std::vector<uint8_t>();
 }
 
+bool GripperCustomProtocol::contains_dropped_feedback(uint8_t id,
+                                                      const std::vector<uint8_t>& byte_stream) {
+    for (size_t start = 0; start + FRAME_SIZE <= byte_stream.size(); ++start) {
+        const uint8_t* frame = byte_stream.data() + start;
+        if (std::equal(HEADER, HEADER + sizeof(HEADER), frame) &&
+            TRAILER == frame[OFFSET_TRAILER] && (BROADCAST_ID == id || id == frame[OFFSET_ID]) &&
+            PRIMARY_REGISTER_STOP_CURRENT == frame[OFFSET_REGISTER_PRIMARY] &&
+            SECONDARY_STOP_CURRENT != frame[OFFSET_REGISTER_SECONDARY]) {
+            return true;
+        }
+    }
+    return false;
+}
+
 std::vector<uint8_t> GripperCustomProtocol::build_stop_current_droped_feedback_protocol(
     uint8_t id) {
     return build_frame(id, true, PRIMARY_REGISTER_STOP_CURRENT, SECONDARY_STOP_CURRENT, 0);

@@ -58,6 +58,10 @@ public:
 
     // Acknowledges the gripper's unsolicited dropped frame; the gripper echoes it.
     std::vector<uint8_t> build_stop_current_droped_feedback_protocol(uint8_t id);
+    // True when the bytes hold the dropped frame that gripper id sends by itself: a whole frame
+    // on the stop-current register other than the echo of the acknowledgement. Id 255 accepts
+    // any sender.
+    static bool contains_dropped_feedback(uint8_t id, const std::vector<uint8_t>& byte_stream);
 
 private:
     // One frame: blank frame for set, id, primary and secondary register, the value little endian,

@@ -28,7 +28,6 @@ TEST_F(DriverTest, TcpGripperAnnouncesTheDropOfADetectedObjectByItself) {
     ASSERT_TRUE(driver_->set_position(60.0f));
     ASSERT_TRUE(wait_for_status(GLC::GS_DETECTED));
     // The object is lost between two cycles: once the cycle that saw it has read the position.
-    // A frame that comes in the middle of an exchange is taken for its answer and lost.
     ASSERT_TRUE(wait_until([&] { return driver_->get_position() > 29.9f; }));
 
     simulator_.drop(gripper);

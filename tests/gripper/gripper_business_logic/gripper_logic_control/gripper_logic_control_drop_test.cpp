@@ -1,0 +1,63 @@
+// A frame-protocol gripper loses its object while an exchange waits for its answer, round after
+// round: every drop is reported and acknowledged, and the exchange still gets its own answer.
+#include <algorithm>
+
+#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+
+namespace {
+
+const int OBJECT_AT = 30;
+
+class DropDuringExchangeTest : public DriverTest {
+protected:
+    int add_gripper(bool tcp) {
+        const gripper_sim::GripperOptions options = quick_options(2, 100, 50);
+        return tcp ? simulator_.add_custom_tcp(options) : simulator_.add_custom_pty(options);
+    }
+
+    bool grip(int gripper) {
+        simulator_.set_object(gripper, OBJECT_AT);
+        return driver_->set_position(60.0f) && wait_for_status(GLC::GS_DETECTED);
+    }
+
+    bool release() { return driver_->set_position(0.0f) && wait_for_status(GLC::GS_ARRIVED); }
+
+    // Even rounds: a command's exchange meets the drop; odd rounds: an update cycle's.
+    void drop_in_rounds(int gripper, int rounds) {
+        const size_t first_event = observer_.size();
+        for (int round = 0; round < rounds; ++round) {
+            ASSERT_TRUE(grip(gripper)) << "round " << round;
+            const long acknowledgements = snapshot(gripper).drop_acknowledgements;
+            simulator_.drop_during_next_exchange(gripper);
+            if (0 == round % 2) {
+                ASSERT_TRUE(driver_->set_force(40 + round)) << "round " << round;
+                EXPECT_EQ(40 + round, driver_->get_force()) << "round " << round;
+            }
+            ASSERT_TRUE(wait_for_status(GLC::GS_DROPPED)) << "round " << round;
+            ASSERT_TRUE(wait_until([&] {
+                return snapshot(gripper).drop_acknowledgements > acknowledgements;
+            })) << "round "
+                << round;
+            EXPECT_EQ(GLC::GS_DROPPED, driver_->get_gripper_status()) << "round " << round;
+            ASSERT_TRUE(release()) << "round " << round;
+        }
+        const std::vector<std::string> events = observer_.events(first_event);
+        EXPECT_EQ(rounds, std::count(events.begin(), events.end(), "GS_DROPPED"));
+        EXPECT_EQ(0, std::count(events.begin(), events.end(), "CS_READ_EXCEPTION"));
+        EXPECT_FALSE(log_.contains("!stop_current_dropped_feedback()"));
+    }
+};
+
+}  // namespace
+
+TEST_F(DropDuringExchangeTest, TcpGripperDropIsNeverTakenForAnAnswer) {
+    const int gripper = add_gripper(true);
+    ASSERT_TRUE(connect_tcp(gripper) && activate() && release());
+    drop_in_rounds(gripper, 8);
+}
+
+TEST_F(DropDuringExchangeTest, SerialGripperDropIsNeverTakenForAnAnswer) {
+    const int gripper = add_gripper(false);
+    ASSERT_TRUE(connect_serial(gripper) && activate() && release());
+    drop_in_rounds(gripper, 6);
+}
