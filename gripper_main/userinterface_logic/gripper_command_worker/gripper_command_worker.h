@@ -31,7 +31,10 @@ public:
     typedef std::function<void()> Completion;
     typedef std::function<Completion()> Work;
 
+    // The pages' worker, made on first use and ended at process exit.
     static GripperCommandWorker& instance();
+    // A worker of its own (tests); the pages use instance().
+    GripperCommandWorker();
     ~GripperCommandWorker();
 
     GripperCommandWorker(const GripperCommandWorker&) = delete;
@@ -52,7 +55,6 @@ private:
         Work work;
     };
 
-    GripperCommandWorker();
     void run();
     bool next(Task& task);
     void finish(const Completion& completion);

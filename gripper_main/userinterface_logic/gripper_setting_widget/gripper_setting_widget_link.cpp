@@ -280,8 +280,11 @@ void GripperSettingWidget::run_job(const std::function<Completion()>& work) {
 
 void GripperSettingWidget::job_started(GripperDevice* device) {
     busy_devices_.insert(device);
-    std::lock_guard<std::mutex> lock(jobs_mutex_);
-    ++pending_jobs_;
+    {
+        std::lock_guard<std::mutex> lock(jobs_mutex_);
+        ++pending_jobs_;
+    }
+    update_ui();
 }
 
 void GripperSettingWidget::job_finished(GripperDevice* device) {

@@ -1,0 +1,116 @@
+#include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "gripper_main/business_logic/gripper_global/gripper_device.h"
+#include "tests/test_support/wait_until.h"
+
+namespace {
+
+typedef GripperCommandWorker::Completion Completion;
+
+// What the tasks did, in order, from any thread.
+class Journal {
+public:
+    void add(const std::string& entry) {
+        std::lock_guard<std::mutex> lock(mutex_);
+        entries_.push_back(entry);
+    }
+    std::vector<std::string> entries() const {
+        std::lock_guard<std::mutex> lock(mutex_);
+        return entries_;
+    }
+
+private:
+    mutable std::mutex mutex_;
+    std::vector<std::string> entries_;
+};
+
+// A task that waits until it is let go, so that later tasks stay queued behind it.
+class Gate {
+public:
+    GripperCommandWorker::Work task(Journal& journal, const std::string& name) {
+        return [this, &journal, name] {
+            journal.add(name);
+            entered_ = true;
+            while (!open_) {
+                std::this_thread::yield();
+            }
+            return Completion();
+        };
+    }
+    bool entered() const { return entered_; }
+    void open() { open_ = true; }
+
+private:
+    std::atomic<bool> entered_{false};
+    std::atomic<bool> open_{false};
+};
+
+GripperCommandWorker::Work note(Journal& journal, const std::string& name) {
+    return [&journal, name] {
+        journal.add(name);
+        return Completion([&journal, name] { journal.add(name + " done"); });
+    };
+}
+
+}  // namespace
+
+TEST(GripperCommandWorkerTest, RunsTasksInOrderOnItsOwnThreadEachCompletionRightAfterItsWork) {
+    GripperCommandWorker worker;
+    Journal journal;
+    std::thread::id task_thread;
+    const int owner = 0;
+    worker.post(&owner, [&] {
+        task_thread = std::this_thread::get_id();
+        return Completion();
+    });
+    worker.post(&owner, note(journal, "connect"));
+    worker.post(&owner, note(journal, "activate"));
+    worker.post(&owner, [] { return Completion(); });
+    ASSERT_TRUE(wait_until([&] { return 4u == journal.entries().size(); }));
+    EXPECT_NE(std::this_thread::get_id(), task_thread);
+    EXPECT_EQ((std::vector<std::string>{"connect", "connect done", "activate", "activate done"}),
+              journal.entries());
+}
+
+TEST(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRunningOne) {
+    GripperCommandWorker worker;
+    Journal journal;
+    Gate gate;
+    const int page = 0;
+    const int other_page = 0;
+    worker.post(&page, gate.task(journal, "running"));
+    worker.post(&page, note(journal, "queued"));
+    worker.post(&other_page, note(journal, "other"));
+    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
+    std::atomic<bool> released(false);
+    std::thread closing([&] {
+        worker.release(&page);
+        released = true;
+    });
+    ASSERT_TRUE(wait_until([&] { return 1u == journal.entries().size(); }));
+    EXPECT_FALSE(released.load());
+    gate.open();
+    closing.join();
+    ASSERT_TRUE(wait_until([&] { return 3u == journal.entries().size(); }));
+    EXPECT_EQ((std::vector<std::string>{"running", "other", "other done"}), journal.entries());
+    worker.release(&page);
+}
+
+TEST(GripperCommandWorkerTest, KeepsRetiredObjectsOnceUntilItEnds) {
+    GripperCommandWorker worker;
+    GripperDevice* device = new GripperDevice();
+    worker.retire(device);
+    worker.retire(device);
+    worker.retire(static_cast<GripperDevice*>(nullptr));
+    worker.retire(static_cast<GripperLogicControl*>(nullptr));
+    device->connection_type_ = GripperCommunication::CC_TCP_CLIENT;
+    EXPECT_EQ(GripperCommunication::CC_TCP_CLIENT, device->connection_type_);
+}

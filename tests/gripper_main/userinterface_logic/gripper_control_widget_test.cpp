@@ -1,0 +1,344 @@
+// The Control tab against simulated Modbus grippers on real pseudo-terminals, driven by clicks.
+#include <QFile>
+#include <QIcon>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QtTest>
+
+#include <cmath>
+#include <thread>
+
+#include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
+#include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
+#include "tests/gripper_main/userinterface_logic/page_test_support.h"
+#include "tools/gripper_simulator/simulator.h"
+
+using page_test::driver_of;
+using page_test::on_script_thread;
+
+namespace {
+
+const int QUICK = 1;  // gripper 1: activates in 150 ms
+const int SLOW = 2;   // gripper 2: activates in 1.5 s
+
+// The register value of a position in percent of the stroke (Modbus: 0.1 % per step).
+int register_of(double position) {
+    return static_cast<int>(std::lround(position * 10.0));
+}
+
+QImage icon_image(const QIcon& icon) {
+    return icon.pixmap(QSize(87, 63)).toImage();
+}
+
+QImage resource_image(const char* name) {
+    return icon_image(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + QLatin1String(name))));
+}
+
+}  // namespace
+
+class GripperControlWidgetTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void status_follows_the_gripper();
+    void controls_disabled_while_activating_or_turning();
+    void hold_steps_the_field_every_25_ms_and_sends_on_release();
+    void hold_stops_at_the_limit();
+    void short_click_steps_the_gripper_once();
+    void object_detected_indicator_cannot_be_clicked();
+    void whole_page_disabled_while_a_program_runs();
+    void silent_gripper_and_vanished_port();
+
+private:
+    template <typename T>
+    T* find(const char* name) {
+        T* found = control_->findChild<T*>(QString::fromLatin1(name));
+        Q_ASSERT(nullptr != found);
+        return found;
+    }
+    QString link_to(int gripper) const;
+    bool connect_gripper(int index, int gripper);
+    bool activate_and_wait(int index);
+    bool move_to(double position);
+    QList<QWidget*> group_widgets();
+    QTimer* repeat_timer();
+
+    QTemporaryDir folder_;
+    gripper_sim::Simulator simulator_;
+    GripperWidget* page_ = nullptr;
+    GripperControlWidget* control_ = nullptr;
+    QLabel* status_ = nullptr;
+};
+
+void GripperControlWidgetTest::initTestCase() {
+    page_test::use_design_resolution(folder_);
+    gripper_sim::GripperOptions options;
+    options.init_ms = 150;
+    options.full_stroke_ms = 400;
+    QCOMPARE(simulator_.add_modbus_pty(options), QUICK);
+    options.init_ms = 1500;
+    QCOMPARE(simulator_.add_modbus_pty(options), SLOW);
+    page_ = new GripperWidget();
+    page_->resize(1024, 768);
+    page_->show();
+    QVERIFY(QTest::qWaitForWindowExposed(page_));
+    control_ = page_->findChild<GripperControlWidget*>();
+    QVERIFY(nullptr != control_);
+    status_ = find<QLabel>("label_status_");
+}
+
+// Gripper 1 connected as device 0 and shown.
+void GripperControlWidgetTest::init() {
+    QVERIFY(connect_gripper(0, QUICK));
+    QTRY_VERIFY(status_->text() != QStringLiteral("Disconnected"));
+}
+
+void GripperControlWidgetTest::cleanup() {
+    page_test::disconnect_all();
+    QTRY_COMPARE(status_->text(), QStringLiteral("Disconnected"));
+    GripperGlobal::instance().set_program_state(GripperGlobal::PS_STOPPED);
+    for (int gripper = QUICK; gripper <= SLOW; ++gripper) {
+        simulator_.set_fault(gripper, gripper_sim::Fault::none);
+        simulator_.set_object(gripper, -1);
+    }
+    page_test::pick(find<QComboBox>("combo_box_node_2"), 0);
+}
+
+// The pages reach a pseudo-terminal through a link of another name: a path under /dev/pts
+// would stand for the scanned one.
+QString GripperControlWidgetTest::link_to(int gripper) const {
+    return folder_.filePath(QStringLiteral("gripper%1").arg(gripper));
+}
+
+bool GripperControlWidgetTest::connect_gripper(int index, int gripper) {
+    const QString link = link_to(gripper);
+    QFile::remove(link);
+    QFile::link(QString::fromStdString(simulator_.endpoint(gripper)), link);
+    const bool done = on_script_thread([&] {
+        return GripperSettingWidget::instance()->connect_gripper(
+            GripperCommunication::CC_USB_SERIALPORT, {std::to_string(index), link.toStdString()});
+    });
+    return done && nullptr != driver_of(index);
+}
+
+bool GripperControlWidgetTest::activate_and_wait(int index) {
+    GripperLogicControl* driver = driver_of(index);
+    return nullptr != driver && driver->set_activate() && QTest::qWaitFor([&] {
+               return GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
+                      GripperLogicControl::GS_ARRIVED == driver->get_gripper_status();
+           });
+}
+
+bool GripperControlWidgetTest::move_to(double position) {
+    GripperLogicControl* driver = driver_of(0);
+    return driver->set_position(static_cast<float>(position)) && QTest::qWaitFor([&] {
+               const gripper_sim::GripperSnapshot state = simulator_.snapshot(QUICK);
+               return register_of(position) == state.position && 1 == state.motion_state;
+           }) &&
+           QTest::qWaitFor([&] {
+               return find<QLineEdit>("line_edit_position_")->text() ==
+                      QString::number(position, 'f', 1);
+           });
+}
+
+QList<QWidget*> GripperControlWidgetTest::group_widgets() {
+    QList<QWidget*> widgets;
+    for (const char* group : {"position", "force", "speed"}) {
+        for (const char* part : {"push_button_%1_min_", "push_button_%1_decrease_", "line_edit_%1_",
+                                 "push_button_%1_increase_", "push_button_%1_max_"}) {
+            const QString name = QString::fromLatin1(part).arg(QLatin1String(group));
+            widgets << control_->findChild<QWidget*>(name);
+        }
+    }
+    widgets << find<QWidget>("radio_button_object_detected_");
+    return widgets;
+}
+
+QTimer* GripperControlWidgetTest::repeat_timer() {
+    for (QTimer* timer : control_->findChildren<QTimer*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (GripperControlWidget::REPEAT_INTERVAL_MS == timer->interval()) {
+            return timer;
+        }
+    }
+    return nullptr;
+}
+
+void GripperControlWidgetTest::status_follows_the_gripper() {
+    page_test::LabelHistory history(status_);
+    QTest::mouseClick(page_->findChild<QPushButton*>("push_button_activate_"), Qt::LeftButton);
+    QTRY_VERIFY(history.saw_in_order({"Activating", "Activated"}));
+    QTest::mouseClick(find<QPushButton>("push_button_position_max_"), Qt::LeftButton);
+    QTRY_VERIFY(history.saw_in_order({"Activated", "Moving", "Arrived"}));
+    QCOMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("100.0"));
+    QCOMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
+    QCOMPARE(find<QLineEdit>("line_edit_speed_")->text(), QStringLiteral("100"));
+    simulator_.set_object(QUICK, 400);
+    QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
+    QTRY_VERIFY(history.saw_in_order({"Arrived", "Moving", "Detected"}));
+    QTRY_VERIFY(find<QRadioButton>("radio_button_object_detected_")->isChecked());
+    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("40.0"));
+    simulator_.drop(QUICK);
+    QTRY_COMPARE(status_->text(), QStringLiteral("Dropped"));
+    QVERIFY(!find<QRadioButton>("radio_button_object_detected_")->isChecked());
+    QCOMPARE(status_->property("tone").toString(), QStringLiteral("ok"));
+}
+
+void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
+    QVERIFY(connect_gripper(1, SLOW));
+    QVERIFY(page_test::pick(find<QComboBox>("combo_box_node_2"), 1));
+    QTRY_COMPARE(status_->text(), QStringLiteral("Inactivate"));
+    QVERIFY(driver_of(1)->set_activate());
+    QTRY_COMPARE(status_->text(), QStringLiteral("Activating"));
+    for (QWidget* widget : group_widgets()) {
+        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
+    }
+    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
+             resource_image("B_Clamp_ON.png"));
+    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
+             resource_image("B_Loosen_ON.png"));
+    QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Activated"), 10000);
+    for (QWidget* widget : group_widgets()) {
+        QVERIFY2(widget->isEnabled(), qPrintable(widget->objectName()));
+    }
+    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
+             resource_image("B_Clamp_OFF.png"));
+    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
+             resource_image("B_Loosen_OFF.png"));
+    // No simulated gripper turns: the state is set with the update loop stopped.
+    driver_of(1)->stop_loop_update();
+    driver_of(1)->set_gripper_status(GripperLogicControl::GS_TURNING);
+    QTRY_COMPARE(status_->text(), QStringLiteral("Turning"));
+    for (QWidget* widget : group_widgets()) {
+        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
+    }
+    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
+             resource_image("B_Clamp_ON.png"));
+}
+
+void GripperControlWidgetTest::hold_steps_the_field_every_25_ms_and_sends_on_release() {
+    QVERIFY(activate_and_wait(0));
+    QVERIFY(move_to(50.0));
+    QLineEdit* field = find<QLineEdit>("line_edit_position_");
+    QElapsedTimer clock;
+    QList<qint64> changes;
+    QStringList values;
+    const QMetaObject::Connection recording =
+        connect(field, &QLineEdit::textChanged, [&](const QString& text) {
+            changes << clock.elapsed();
+            values << text;
+        });
+    QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
+    clock.start();
+    QTest::mousePress(decrease, Qt::LeftButton);
+    QTRY_VERIFY(values.size() >= 8);
+    QCOMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
+    const double shown = field->text().toDouble();
+    disconnect(recording);
+    QTest::mouseRelease(decrease, Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(shown - 0.1));
+    QVERIFY2(changes.first() >= 475, qPrintable(QString::number(changes.first())));
+    for (int change = 1; change < changes.size(); ++change) {
+        QVERIFY(changes.at(change) - changes.at(change - 1) >= 20);
+        QCOMPARE(values.at(change).toDouble(), values.at(change - 1).toDouble() - 1.0);
+    }
+    QCOMPARE(values.first(), QStringLiteral("49.0"));
+}
+
+void GripperControlWidgetTest::hold_stops_at_the_limit() {
+    QVERIFY(activate_and_wait(0));
+    QVERIFY(move_to(2.0));
+    QSignalSpy ticks(repeat_timer(), SIGNAL(timeout()));
+    QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
+    QTest::mousePress(decrease, Qt::LeftButton);
+    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("0.0"));
+    const int ticks_at_the_limit = ticks.count();
+    QTRY_VERIFY(ticks.count() >= ticks_at_the_limit + 4);
+    QCOMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("0.0"));
+    QTest::mouseRelease(decrease, Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).position, 0);
+
+    QVERIFY(driver_of(0)->set_force(97));
+    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("97"));
+    QPushButton* increase = find<QPushButton>("push_button_force_increase_");
+    QTest::mousePress(increase, Qt::LeftButton);
+    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
+    const int ticks_at_the_maximum = ticks.count();
+    QTRY_VERIFY(ticks.count() >= ticks_at_the_maximum + 4);
+    QCOMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
+    QTest::mouseRelease(increase, Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).force, 100);
+    QVERIFY(!repeat_timer()->isActive());
+}
+
+void GripperControlWidgetTest::short_click_steps_the_gripper_once() {
+    QVERIFY(activate_and_wait(0));
+    QVERIFY(move_to(50.0));
+    QTest::mouseClick(find<QPushButton>("push_button_position_decrease_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(49.9));
+    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("49.9"));
+    QTest::mouseClick(find<QPushButton>("push_button_position_increase_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
+    QTest::mouseClick(find<QPushButton>("push_button_force_decrease_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).force, 99);
+    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("99"));
+    QTest::mouseClick(find<QPushButton>("push_button_speed_decrease_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).speed, 99);
+    QTest::mouseClick(find<QPushButton>("push_button_speed_min_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).speed, driver_of(0)->get_speed_min());
+    QTest::mouseClick(find<QPushButton>("push_button_force_max_"), Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).force, driver_of(0)->get_force_max());
+}
+
+void GripperControlWidgetTest::object_detected_indicator_cannot_be_clicked() {
+    QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
+    QVERIFY(activate_and_wait(0));
+    QTRY_VERIFY(indicator->isEnabled());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QTest::mouseDClick(indicator, Qt::LeftButton);
+    QVERIFY(!indicator->isChecked());
+    QVERIFY(move_to(100.0));
+    simulator_.set_object(QUICK, 300);
+    QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
+    QTRY_COMPARE(status_->text(), QStringLiteral("Detected"));
+    QTRY_VERIFY(indicator->isChecked());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QVERIFY(indicator->isChecked());
+    QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
+}
+
+void GripperControlWidgetTest::whole_page_disabled_while_a_program_runs() {
+    QWidget* setting = GripperSettingWidget::instance();
+    std::thread hook(
+        [] { GripperGlobal::instance().set_program_state(GripperGlobal::PS_RUNNING); });
+    hook.join();
+    QTRY_VERIFY(!control_->isEnabled());
+    QTRY_VERIFY(!setting->isEnabled());
+    std::thread stop(
+        [] { GripperGlobal::instance().set_program_state(GripperGlobal::PS_STOPPED); });
+    stop.join();
+    QTRY_VERIFY(control_->isEnabled());
+    QTRY_VERIFY(setting->isEnabled());
+}
+
+void GripperControlWidgetTest::silent_gripper_and_vanished_port() {
+    QVERIFY(activate_and_wait(0));
+    QTRY_COMPARE(status_->text(), QStringLiteral("Activated"));
+    simulator_.set_fault(QUICK, gripper_sim::Fault::silent);
+    QTRY_COMPARE_WITH_TIMEOUT(driver_of(0)->get_communication_status(),
+                              GripperCommunication::CS_READ_EXCEPTION, 10000);
+    QTest::mouseClick(find<QPushButton>("push_button_force_min_"), Qt::LeftButton);
+    QTest::mouseClick(find<QPushButton>("push_button_position_increase_"), Qt::LeftButton);
+    QCOMPARE(status_->text(), QStringLiteral("Activated"));
+    simulator_.set_fault(QUICK, gripper_sim::Fault::vanish);
+    QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Write EXCP"), 10000);
+    QCOMPARE(status_->property("tone").toString(), QStringLiteral("fault"));
+}
+
+QTEST_MAIN(GripperControlWidgetTest)
+#include "gripper_control_widget_test.moc"
