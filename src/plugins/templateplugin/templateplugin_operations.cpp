@@ -39,14 +39,18 @@ GripperLogicControl* TemplatePlugin::driver_at(int index) {
     return device->gripper_abstract_control_;
 }
 
-// The Setting page exists once createUI has run on the interface thread; a script command never
-// creates it from its own thread.
+// The Setting page exists once createUI has run on the interface thread; a command never makes
+// it, so a host calling before createUI gets no page it did not ask for.
 GripperSettingWidget* TemplatePlugin::setting_page() {
     if (!page_created_) {
         GRIPPER_LOG("W", "NULL == widget_");
         return nullptr;
     }
-    return GripperSettingWidget::instance();
+    GripperSettingWidget* page = GripperSettingWidget::instance();
+    if (nullptr == page) {
+        GRIPPER_LOG("W", "NULL == GripperSettingWidget::instance()");
+    }
+    return page;
 }
 
 bool TemplatePlugin::mode_connect(int index, const QString& type, const QString& parameters) {

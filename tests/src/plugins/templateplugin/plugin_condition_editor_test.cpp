@@ -93,6 +93,7 @@ void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
     QComboBox* plugins = child<QComboBox>("cmb_pluginName");
     QCOMPARE(plugins->count(), 1);
     QCOMPARE(plugins->currentText(), QStringLiteral("Zanther2F"));
+    QCOMPARE(field("le_deviceID")->text(), QStringLiteral("1"));
     QCOMPARE(field("le_position")->text(), QStringLiteral("0"));
     QCOMPARE(field("le_force")->text(), QStringLiteral("20"));
     QCOMPARE(field("le_speed")->text(), QStringLiteral("1"));
@@ -102,8 +103,8 @@ void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
     for (const char* name : {"le_deviceID", "le_position", "le_force", "le_speed"}) {
         QCOMPARE(field(name)->whatsThis(), QStringLiteral("1"));
     }
-    type_into("le_force", "150");
-    QCOMPARE(field("le_force")->text(), QStringLiteral("15"));
+    type_into("le_force", "4x-");
+    QCOMPARE(field("le_force")->text(), QStringLiteral("4"));
 }
 
 void PluginConditionEditorTest::deviceIdTakesZeroTo255WithoutLeadingZero() {

@@ -129,11 +129,12 @@ void PluginScriptTest::blockingMoveReturnsWhenAnObjectIsDetected() {
     QCOMPARE(send("get_gripper_position|1"), (Reply{true, QStringLiteral("i|30")}));
 }
 
-// While the program is paused the command waits whatever the gripper does; the drop is then
-// what ends it on resume.
+// While the program is paused the command waits whatever the gripper does: pushing on into the
+// held object it reads "detected", then "dropped", which ends it on resume.
 void PluginScriptTest::pauseHoldsAMoveUntilResumeAndADropEndsIt() {
     QVERIFY(host_.plugin()->pausePlugin());
-    const auto script = start("set_gripper_position|1,0,true");
+    const auto script = start("set_gripper_position|1,10,true");
+    QTRY_COMPARE_WITH_TIMEOUT(simulator_.snapshot(usb_).target, 100, 10000);
     QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), (Reply{true, "i | 2"}), 10000);
     simulator_.drop(usb_);
     QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), (Reply{true, "i | 3"}), 10000);
@@ -190,7 +191,7 @@ void PluginScriptTest::disconnectDuringAWaitEndsIt() {
     QCOMPARE((Reply{script->ok(), script->answer()}), kAccepted);
     QVERIFY(QtLogCapture::contains("W !set_position(position)"));
     QCOMPARE(send("gripper_isConnect|2"), kAccepted);
-    QCOMPARE(send("gripper_isConnect|1"), kYes);
+    QCOMPARE(send("gripper_isActivate|1"), kYes);
 }
 
 // The page shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1.
