@@ -57,9 +57,7 @@ void GripperGlobal::set_program_state(ProgramState state) {
     if (state == program_state_.exchange(state)) {
         return;
     }
-    for (NotifyInterface* notify : notify_interfaces_) {
-        notify->on_program_state_changed(state);
-    }
+    notify([state](NotifyInterface* observer) { observer->on_program_state_changed(state); });
 }
 
 void GripperGlobal::add_notify_interface(NotifyInterface* notify) {
@@ -78,7 +76,17 @@ void GripperGlobal::remove_notify_interface(NotifyInterface* notify) {
 }
 
 void GripperGlobal::notify_list_changed() {
-    for (NotifyInterface* notify : notify_interfaces_) {
-        notify->on_list_all_device_changed();
+    notify([](NotifyInterface* observer) { observer->on_list_all_device_changed(); });
+}
+
+// Iterates a copy, so that an observer may add or remove observers, and skips one removed
+// meanwhile.
+void GripperGlobal::notify(const std::function<void(NotifyInterface*)>& call) {
+    const std::vector<NotifyInterface*> observers = notify_interfaces_;
+    for (NotifyInterface* observer : observers) {
+        if (notify_interfaces_.end() !=
+            std::find(notify_interfaces_.begin(), notify_interfaces_.end(), observer)) {
+            call(observer);
+        }
     }
 }

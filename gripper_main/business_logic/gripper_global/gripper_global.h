@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "gripper_main/business_logic/gripper_global/gripper_device.h"
@@ -50,6 +51,7 @@ private:
     GripperGlobal();
 
     void notify_list_changed();
+    void notify(const std::function<void(NotifyInterface*)>& call);
 
     std::atomic<ProgramState> program_state_;
     std::vector<NotifyInterface*> notify_interfaces_;

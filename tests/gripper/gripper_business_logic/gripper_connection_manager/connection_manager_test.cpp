@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/recording_observer.h"
+#include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/simulator.h"
 
 namespace {
@@ -18,6 +21,38 @@ struct Link {
     std::string name;
     GC::CommunicationConnection connection;
     std::vector<std::string> parameters;
+};
+
+// On the first position the update thread reports once armed, destroys its driver through the
+// manager, then waits a while for the test thread to delete the driver: a deletion that does
+// not wait for the cycle to end would happen meanwhile, and the cycle would go on in freed
+// memory.
+class DestroyingObserver : public RecordingObserver {
+public:
+    void arm() {
+        caller_ = std::this_thread::get_id();
+        armed_ = true;
+    }
+    void on_position_changed(GripperLogicControl* control, float position) override {
+        RecordingObserver::on_position_changed(control, position);
+        if (!armed_ || std::this_thread::get_id() == caller_) {
+            return;
+        }
+        armed_ = false;
+        destroyed_ = GripperConnectionManager::instance().destroy(control);
+        deleted_in_cycle_ =
+            wait_until([this] { return deleted_.load(); }, std::chrono::milliseconds(300));
+        waited_ = true;
+    }
+
+    std::atomic<bool> destroyed_{false};
+    std::atomic<bool> deleted_{false};
+    std::atomic<bool> deleted_in_cycle_{false};
+    std::atomic<bool> waited_{false};
+
+private:
+    std::thread::id caller_;
+    std::atomic<bool> armed_{false};
 };
 
 // The manager is process-wide: every test destroys what it created and unregisters its
@@ -143,4 +178,25 @@ TEST_F(ConnectionManagerTest, ObserversAreAddedOnceAndDestroyOfNothingIsRefused)
     EXPECT_FALSE(manager_.destroy(nullptr));
     EXPECT_TRUE(log_.contains("NULL == device"));
     EXPECT_EQ(2u, recorder_.size());
+}
+
+TEST_F(ConnectionManagerTest, DriverDestroyedFromItsOwnCycleIsDeletedOnlyOnceTheCycleEnded) {
+    // This test deletes the driver itself, while the fixture would delete it again.
+    manager_.remove_notify_interface(&recorder_);
+    const Link link = gripper("modbus pty");
+    DestroyingObserver observer;
+    GripperLogicControl* driver = manager_.create(&observer, link.connection, link.parameters);
+    ASSERT_NE(nullptr, driver);
+    ASSERT_TRUE(driver->set_activate());
+    ASSERT_TRUE(wait_until([&] { return observer.seen("GS_ACTIVATED"); }));
+    observer.arm();
+    ASSERT_TRUE(driver->set_position(50.0f));
+
+    ASSERT_TRUE(wait_until([&] { return observer.destroyed_.load(); }));
+    delete driver;
+    observer.deleted_ = true;
+    ASSERT_TRUE(wait_until([&] { return observer.waited_.load(); }));
+    EXPECT_FALSE(observer.deleted_in_cycle_);
+    EXPECT_TRUE(observer.seen("CS_DISCONNECTED"));
+    EXPECT_TRUE(log_.contains("pthread_equal(pthread_self(), private_->thread_)"));
 }

@@ -79,6 +79,19 @@ TEST_F(DriverTest, StopWhileTheUpdateThreadWaitsForTheLockDoesNotDeadlock) {
     EXPECT_EQ(frames, snapshot(gripper).frames_received);
 }
 
+// Between cycles the loop sleeps until the next one is due, a second ahead; a stop wakes it.
+TEST_F(DriverTest, StopEndsASleepingLoopPromptly) {
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
+    const long frames = snapshot(gripper).frames_received;
+    ASSERT_TRUE(wait_until([&] { return snapshot(gripper).frames_received > frames; }));
+    auto stopped = std::async(std::launch::async, [&] { driver_->stop_loop_update(); });
+    ASSERT_EQ(std::future_status::ready, stopped.wait_for(std::chrono::milliseconds(500)));
+    log_.clear();
+    driver_->stop_loop_update();
+    EXPECT_TRUE(log_.contains("private_->thread_start_"));
+}
+
 TEST_F(DriverTest, StatusChangesAreReportedOnceAndNamesRoundTrip) {
     const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
     ASSERT_TRUE(connect_serial(gripper));

@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
 
 TEST_F(DriverTest, ModbusGripperIsHandshakenActivatedAndFollowedToArrival) {
@@ -60,6 +62,13 @@ TEST_F(DriverTest, ModbusCommandsAreClampedAndConvertedToTheRegisterScale) {
         ASSERT_TRUE(driver_->set_position(row.position)) << row.position;
         EXPECT_EQ(row.target, snapshot(gripper).target) << row.position;
     }
+    // A position that is no number moves nothing.
+    for (float bad : {std::nanf(""), INFINITY, -INFINITY}) {
+        log_.clear();
+        EXPECT_FALSE(driver_->set_position(bad)) << bad;
+        EXPECT_TRUE(1 == log_.count("W !std::isfinite(position)")) << bad;
+    }
+    EXPECT_EQ(1000, snapshot(gripper).target);
     ASSERT_TRUE(driver_->set_speed(5));
     EXPECT_EQ(20, snapshot(gripper).speed);
     ASSERT_TRUE(driver_->set_speed(150));

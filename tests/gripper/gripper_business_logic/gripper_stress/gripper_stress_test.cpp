@@ -23,9 +23,11 @@ typedef GripperLogicControl GLC;
 #if defined(__SANITIZE_THREAD__)
 const int COMMAND_ROUNDS = 30000;
 const int RECONNECT_CYCLES = 150;
+const int DESTROY_ROUNDS = 100;
 #else
 const int COMMAND_ROUNDS = 100000;
 const int RECONNECT_CYCLES = 400;
+const int DESTROY_ROUNDS = 300;
 #endif
 
 const int GRIPPER_COUNT = 4;
@@ -239,4 +241,39 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
     EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.count("create"));
     EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.count("destroy"));
     EXPECT_TRUE(manager_events_.alternate());
+}
+
+// Position commands run from another thread while the driver is destroyed: each one is either
+// done before the tear-down or refused after it, so a destroyed driver shows GS_UNDEFINE and
+// CS_DISCONNECTED and refuses every command.
+TEST_F(GripperStressTest, CommandsRacingTheDestroyOfTheirDriverAreOrderedWithIt) {
+    ASSERT_TRUE(connect(CYCLING) && driver(CYCLING)->set_activate());
+    ASSERT_TRUE(
+        wait_until([this] { return GLC::GS_ACTIVATED == driver(CYCLING)->get_gripper_status(); }));
+    for (int round = 0; round < DESTROY_ROUNDS; ++round) {
+        ASSERT_TRUE(nullptr != driver(CYCLING) || connect(CYCLING)) << "round " << round;
+        GLC* control = driver(CYCLING);
+        std::atomic<long> commands{0};
+        std::atomic<bool> stop{false};
+        std::thread commander([&] {
+            for (long n = 0; !stop; ++n) {
+                control->set_position(n % 2 ? 40.0f : 60.0f);
+                ++commands;
+            }
+        });
+        ASSERT_TRUE(wait_until([&] { return commands > round % 3; })) << "round " << round;
+        EXPECT_TRUE(GripperConnectionManager::instance().destroy(control)) << "round " << round;
+        const long after_destroy = commands;
+        ASSERT_TRUE(wait_until([&] { return commands > after_destroy + 1; })) << "round " << round;
+        stop = true;
+        commander.join();
+        EXPECT_EQ(GLC::GS_UNDEFINE, control->get_gripper_status()) << "round " << round;
+        EXPECT_EQ(GripperCommunication::CS_DISCONNECTED, control->get_communication_status())
+            << "round " << round;
+        EXPECT_FALSE(control->set_position(50.0f) || control->set_force(50) ||
+                     control->set_speed(50) || control->set_activate())
+            << "round " << round;
+        slots_[CYCLING]->gripper_abstract_control_ = nullptr;
+        delete control;
+    }
 }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <netinet/tcp.h>
 
+#include <fcntl.h>
+
 #include <thread>
 
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control.h"
@@ -246,6 +248,50 @@ TEST_F(TcpLinkTest, ResetByTheGripperGivesWriteExceptionWithoutKillingTheProcess
     EXPECT_TRUE(log_.contains("Broken pipe"));
     EXPECT_EQ(GripperCommunication::CS_WRITE_EXCEPTION, link_.get_communication_status());
     EXPECT_TRUE(link_.close());
+}
+
+TEST_F(TcpLinkTest, SocketIsCloseOnExecAndAnOpenLinkIsNotOpenedAgain) {
+    const int socket = next_descriptor();
+    ASSERT_TRUE(connect_link());
+    // A program the process starts does not inherit the connection.
+    EXPECT_EQ(FD_CLOEXEC, fcntl(socket, F_GETFD) & FD_CLOEXEC);
+    const int descriptor = next_descriptor();
+    log_.clear();
+    EXPECT_FALSE(open_link());
+    EXPECT_TRUE(1 == log_.count("W -1 != private_->socket_"));
+    EXPECT_EQ(descriptor, next_descriptor());
+    std::thread answering = gripper(30);
+    EXPECT_EQ(answer(30), exchange());
+    answering.join();
+}
+
+TEST_F(TcpLinkTest, DroppedFrameInPlaceOfTheAnswerIsReportedAndTheAnswerStillRead) {
+    ASSERT_TRUE(connect_link());
+    link_.set_gripper_status(GripperLogicControl::GS_DETECTED);
+    const Bytes dropped = {0xFF, 0xFE, 0xFD, 0xFC, 0x01, 0x15, 0x01,
+                           0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0xFB};
+    std::thread answering([&] {
+        if (kRequest == server_.client().read(kRequest.size(), std::chrono::seconds(5))) {
+            server_.client().write(dropped);
+            server_.client().write(answer(40));
+        }
+    });
+    EXPECT_EQ(answer(40), exchange());
+    answering.join();
+    EXPECT_EQ(GripperLogicControl::GS_DROPPED, link_.get_gripper_status());
+    EXPECT_EQ(0, log_.count(kWaitTimeOut));
+
+    // A dropped frame and no answer: the exchange gives up after its usual waits.
+    link_.set_gripper_status(GripperLogicControl::GS_DETECTED);
+    std::thread dropping([&] {
+        if (kRequest == server_.client().read(kRequest.size(), std::chrono::seconds(5))) {
+            server_.client().write(dropped);
+        }
+    });
+    EXPECT_TRUE(exchange().empty());
+    dropping.join();
+    EXPECT_EQ(GripperLogicControl::GS_DROPPED, link_.get_gripper_status());
+    EXPECT_EQ(4, log_.count(kWaitTimeOut));
 }
 
 TEST_F(TcpLinkTest, BadCallsFailWithoutWritingAnything) {

@@ -255,6 +255,48 @@ TEST_F(SerialLinkTest, VanishedDeviceGivesWriteExceptionAndNothingElse) {
     EXPECT_TRUE(link_.close());
 }
 
+TEST_F(SerialLinkTest, PortIsCloseOnExecAndAnOpenLinkIsNotOpenedAgain) {
+    const int port = next_descriptor();
+    ASSERT_TRUE(open_link());
+    // A program the process starts does not keep the port open.
+    EXPECT_EQ(FD_CLOEXEC, fcntl(port, F_GETFD) & FD_CLOEXEC);
+    const int descriptor = next_descriptor();
+    log_.clear();
+    EXPECT_FALSE(open_link());
+    EXPECT_TRUE(1 == log_.count("W -1 != private_->fd_"));
+    EXPECT_EQ(descriptor, next_descriptor());
+    serve();
+    EXPECT_EQ(kAnswer, exchange());
+}
+
+// The wait gives up only once its time has passed: with part of an answer, with none, and with
+// the device gone (a hang-up wakes a sleeping wait at once).
+TEST_F(SerialLinkTest, WaitForAnAnswerEndsOnlyWhenItIsWholeOrItsTimeIsUp) {
+    ASSERT_TRUE(open_link());
+    const auto waits_its_time = [this](int millis) {
+        const auto start = std::chrono::steady_clock::now();
+        const bool whole =
+            link_.wait_for_length_available(GripperModbusProtocol::READ_LENGTH, millis);
+        return !whole &&
+               std::chrono::steady_clock::now() - start >= std::chrono::milliseconds(millis - 1);
+    };
+    log_.clear();
+    EXPECT_TRUE(waits_its_time(100));
+    EXPECT_EQ(1, log_.count("W (current_time - start_time) > millis"));
+    EXPECT_TRUE(log_.contains("millis = 100"));
+    EXPECT_TRUE(waits_its_time(0));
+
+    ASSERT_TRUE(device_.send(Bytes(kAnswer.begin(), kAnswer.begin() + 3)));
+    ASSERT_TRUE(wait_until([this] { return 3 == link_.available(); }));
+    EXPECT_TRUE(waits_its_time(100));
+    ASSERT_TRUE(device_.send(Bytes(kAnswer.begin() + 3, kAnswer.end())));
+    EXPECT_TRUE(link_.wait_for_length_available(GripperModbusProtocol::READ_LENGTH, 1000));
+    EXPECT_EQ(kAnswer, link_.read(GripperModbusProtocol::READ_LENGTH));
+
+    device_.close_device();
+    EXPECT_TRUE(waits_its_time(100));
+}
+
 TEST_F(SerialLinkTest, BadCallsFailWithoutWritingAnything) {
     serve();
     EXPECT_TRUE(exchange().empty());

@@ -115,3 +115,47 @@ TEST_F(GripperGlobalTest, ObserversAreCalledInOrderOncePerChange) {
     add_new_device();
     EXPECT_EQ((std::vector<std::string>{"second state 0", "second list"}), journal_);
 }
+
+namespace {
+
+// On each notification adds many observers (so that the list grows and moves in memory) and
+// removes the one after it, as a page that rebuilds its parts might.
+class ReshapingObserver : public RegistryObserver {
+public:
+    ReshapingObserver(std::vector<std::string>& journal, GripperGlobal::NotifyInterface* next)
+        : RegistryObserver("reshaping", journal), next_(next), extra_(64, {"extra", journal}) {}
+    void on_list_all_device_changed() override {
+        RegistryObserver::on_list_all_device_changed();
+        for (RegistryObserver& extra : extra_) {
+            GripperGlobal::instance().add_notify_interface(&extra);
+        }
+        GripperGlobal::instance().remove_notify_interface(next_);
+    }
+    void leave() {
+        for (RegistryObserver& extra : extra_) {
+            GripperGlobal::instance().remove_notify_interface(&extra);
+        }
+        GripperGlobal::instance().remove_notify_interface(this);
+    }
+
+private:
+    GripperGlobal::NotifyInterface* next_;
+    std::vector<RegistryObserver> extra_;
+};
+
+}  // namespace
+
+TEST_F(GripperGlobalTest, ObserversMayAddAndRemoveObserversWhileNotified) {
+    ReshapingObserver reshaping(journal_, &second_);
+    registry_.add_notify_interface(&reshaping);
+    registry_.add_notify_interface(&second_);
+    add_new_device();
+    // The removed observer is not called any more; the new ones are called from the next change.
+    EXPECT_EQ(std::vector<std::string>{"reshaping list"}, journal_);
+    journal_.clear();
+    add_new_device();
+    EXPECT_EQ(65u, journal_.size());
+    EXPECT_EQ("reshaping list", journal_.front());
+    EXPECT_EQ("extra list", journal_.back());
+    reshaping.leave();
+}
