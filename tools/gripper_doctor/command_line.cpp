@@ -73,6 +73,12 @@ bool CommandLine::take_target(const std::string& text) {
     if (!parse_target(text, target, error)) {
         return fail(error);
     }
+    // The same port twice would be probed twice at once, each taking the other's answers.
+    for (const Target& known : targets_) {
+        if (known.name == target.name) {
+            return true;
+        }
+    }
     targets_.push_back(target);
     return true;
 }

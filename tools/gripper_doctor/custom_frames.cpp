@@ -81,8 +81,12 @@ std::string CustomFrames::request(const Bytes& frame) {
 
 Verdict CustomFrames::answer(const Bytes& request, const Bytes& answer) {
     Verdict verdict;
-    const bool asks_id = is_frame(request) && 0x12 == request[OFFSET_PRIMARY];
-    verdict.addressed = asks_id || !is_frame(request) ? -1 : request[OFFSET_ID];
+    if (!is_frame(request)) {
+        verdict.text = "an answer to a request that is no frame";
+        return verdict;
+    }
+    const bool asks_id = 0x12 == request[OFFSET_PRIMARY];
+    verdict.addressed = asks_id ? -1 : request[OFFSET_ID];
     if (!is_frame(answer)) {
         verdict.text = "no frame header (FF FE FD FC): not a frame of this protocol";
         return verdict;

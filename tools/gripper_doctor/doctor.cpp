@@ -35,8 +35,7 @@ int Doctor::run() {
 }
 
 int Doctor::run_named() {
-    const PortScan scan(command_line_.sysroot());
-    const std::vector<Report> reports = probe_all(command_line_.targets(), scan.present_ports());
+    const std::vector<Report> reports = probe_all(command_line_.targets());
     for (size_t i = 0; i < reports.size(); ++i) {
         const std::string text = command_line_.json()
                                      ? ReportJson::line(reports[i]) + "\n"
@@ -52,21 +51,20 @@ int Doctor::run_scan() {
         print_candidates(scan);
     }
     std::vector<Report> reports = scan_findings(scan);
-    const std::vector<Report> probed = probe_all(scan.candidates(), scan.present_ports());
+    const std::vector<Report> probed = probe_all(scan.candidates());
     reports.insert(reports.end(), probed.begin(), probed.end());
     print_lines(reports);
     return exit_status(reports);
 }
 
-std::vector<Report> Doctor::probe_all(const std::vector<Target>& targets,
-                                      const std::string& present_ports) {
+std::vector<Report> Doctor::probe_all(const std::vector<Target>& targets) {
     ProbeSettings settings;
     settings.deadline =
         FrameRecorder::Clock::now() + std::chrono::milliseconds(command_line_.timeout_ms());
     settings.timeout_ms = command_line_.timeout_ms();
     settings.trace = command_line_.trace() ? &trace_ : nullptr;
     settings.label_trace = targets.size() > 1;
-    settings.present_ports = present_ports;
+    settings.sysroot = command_line_.sysroot();
     std::vector<Report> reports(targets.size());
     std::vector<std::thread> threads;
     for (size_t i = 0; i < targets.size(); ++i) {

@@ -25,8 +25,7 @@ public:
 private:
     int run_named();
     int run_scan();
-    std::vector<Report> probe_all(const std::vector<Target>& targets,
-                                  const std::string& present_ports);
+    std::vector<Report> probe_all(const std::vector<Target>& targets);
     static std::vector<Report> scan_findings(const PortScan& scan);
     void print_candidates(const PortScan& scan) const;
     void print_lines(const std::vector<Report>& reports) const;

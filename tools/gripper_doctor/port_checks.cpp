@@ -9,6 +9,7 @@
 #include "gripper/gripper_common/system_error/system_error.h"
 #include "tools/gripper_doctor/permission_advice.h"
 #include "tools/gripper_doctor/port_holders.h"
+#include "tools/gripper_doctor/port_scan.h"
 
 namespace gripper_doctor {
 namespace {
@@ -20,10 +21,10 @@ Finding not_a_terminal(const std::string& path, const std::string& what) {
 
 }  // namespace
 
-Finding PortChecks::check(const std::string& path, const std::string& present_ports) {
+Finding PortChecks::check(const std::string& path, const std::string& sysroot) {
     struct stat status;
     if (0 != ::stat(path.c_str(), &status)) {
-        return not_found(path, present_ports);
+        return not_found(path, sysroot);
     }
     const std::string kind = wrong_kind(path);
     if (!kind.empty()) {
@@ -54,7 +55,8 @@ std::string PortChecks::wrong_kind(const std::string& path) {
     return S_ISREG(status.st_mode) ? "a regular file" : std::string();
 }
 
-Finding PortChecks::not_found(const std::string& path, const std::string& present_ports) {
+Finding PortChecks::not_found(const std::string& path, const std::string& sysroot) {
+    const std::string present_ports = PortScan(sysroot).present_ports();
     const std::string hint =
         present_ports.empty()
             ? "no serial port is present: plug the adapter in and check that its driver "

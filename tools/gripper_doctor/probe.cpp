@@ -47,7 +47,7 @@ Report Probe::run() {
 
 void Probe::probe_serial() {
     const std::string& path = report_.target.path;
-    report_.finding = PortChecks::check(path, settings_.present_ports);
+    report_.finding = PortChecks::check(path, settings_.sysroot);
     if (!report_.ok()) {
         return;
     }

@@ -18,8 +18,8 @@ struct ProbeSettings {
     TraceOutput* trace = nullptr;
     // Prefix trace lines with the target's name (several probes run at once).
     bool label_trace = false;
-    // The ports that exist, for the hint when a path does not.
-    std::string present_ports;
+    // Where the ports are listed, for the hint when a path does not exist.
+    std::string sysroot = "/";
 };
 
 // One target checked the way the plug-in connects to it: the tool's checks of the port or the

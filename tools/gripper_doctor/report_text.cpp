@@ -73,7 +73,8 @@ std::string ReportText::usb(const UsbIdentity& usb) {
 
 std::string ReportText::summary(const Report& report) {
     std::string text = (1 == report.protocol ? "Modbus RTU" : "14-byte frame") +
-                       std::string(" gripper, id ") + std::to_string(report.device_id) +
+                       std::string(" gripper") +
+                       (report.device_id < 0 ? "" : ", id " + std::to_string(report.device_id)) +
                        ", model series " + std::to_string(report.model_series) + ", firmware " +
                        dotted_bytes(report.version);
     text += report.initialised ? ", initialised, position " + number(report.position) + " %"
