@@ -25,6 +25,13 @@ GripperCommandWorker& GripperCommandWorker::instance() {
     return worker;
 }
 
+// Made after instance(), so destroyed (its thread ended) before instance() frees what it keeps.
+GripperCommandWorker& GripperCommandWorker::moves() {
+    instance();
+    static GripperCommandWorker worker;
+    return worker;
+}
+
 // The singletons the tasks use are made first, so that they are destroyed after this worker's
 // thread has ended.
 GripperCommandWorker::GripperCommandWorker() : running_owner_(nullptr), stopping_(false) {
@@ -43,10 +50,19 @@ GripperCommandWorker::~GripperCommandWorker() {
     thread_.join();
 }
 
-void GripperCommandWorker::post(const void* owner, Work work) {
+void GripperCommandWorker::post(const void* owner, Work work, Key key) {
     {
         std::lock_guard<std::mutex> lock(mutex_);
-        queue_.push_back(Task{owner, std::move(work)});
+        const auto same =
+            std::find_if(queue_.begin(), queue_.end(), [owner, key](const Task& task) {
+                return nullptr != key.subject && owner == task.owner &&
+                       key.subject == task.key.subject && key.kind == task.key.kind;
+            });
+        if (queue_.end() != same) {
+            same->work = std::move(work);
+        } else {
+            queue_.push_back(Task{owner, std::move(work), key});
+        }
     }
     wake_.notify_one();
 }

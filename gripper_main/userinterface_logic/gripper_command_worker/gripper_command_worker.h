@@ -12,8 +12,14 @@
 class GripperLogicControl;
 struct GripperDevice;
 
-// Runs the pages' gripper operations (connect, disconnect, activate, moves) one after the other
-// on a thread of its own, so that the interface thread never waits on a gripper exchange.
+// Runs the pages' gripper operations one after the other on a thread of its own, so that the
+// interface thread never waits on a gripper exchange. Two run for the pages: instance() for the
+// link operations (connect, disconnect, activate) and moves() for the operator's moves, so that
+// a disconnect never queues behind moves sent to a silent gripper.
+//
+// A move posted with a key replaces a queued, not yet started task of the same owner and key
+// (the newest position wins over a stale one that has not been sent), so moves to a silent
+// gripper do not pile up and are not replayed when it answers again.
 //
 // Each task belongs to an owner (a page). A task's work runs without the worker's lock and
 // returns a completion (or none), which runs right after it on the worker thread with the lock
@@ -31,8 +37,17 @@ public:
     typedef std::function<void()> Completion;
     typedef std::function<Completion()> Work;
 
-    // The pages' worker, made on first use and ended at process exit.
+    // What a queued task is about (a driver and a quantity); a null subject is no key.
+    struct Key {
+        const void* subject;
+        int kind;
+    };
+
+    // The link operations' worker, made on first use and ended at process exit; it keeps the
+    // retired objects.
     static GripperCommandWorker& instance();
+    // The moves' worker; it ends before instance() frees the retired objects.
+    static GripperCommandWorker& moves();
     // A worker of its own (tests); the pages use instance().
     GripperCommandWorker();
     ~GripperCommandWorker();
@@ -40,7 +55,7 @@ public:
     GripperCommandWorker(const GripperCommandWorker&) = delete;
     GripperCommandWorker& operator=(const GripperCommandWorker&) = delete;
 
-    void post(const void* owner, Work work);
+    void post(const void* owner, Work work, Key key = Key{nullptr, 0});
     // Drops the owner's queued tasks and waits for its running one to end.
     void release(const void* owner);
 
@@ -53,6 +68,7 @@ private:
     struct Task {
         const void* owner;
         Work work;
+        Key key;
     };
 
     void run();

@@ -70,7 +70,7 @@ GripperControlWidget::GripperControlWidget(QWidget* parent)
 }
 
 GripperControlWidget::~GripperControlWidget() {
-    GripperCommandWorker::instance().release(this);
+    GripperCommandWorker::moves().release(this);
     GripperConnectionManager::instance().remove_notify_interface(this);
     GripperGlobal::instance().remove_notify_interface(this);
     for (GripperLogicControl* driver : observed_drivers_) {

@@ -120,8 +120,9 @@ private:
     void send_field(PressedButton button, GripperLogicControl* driver);
     void send_step(PressedButton button, GripperLogicControl* driver);
     void send_position(GripperLogicControl* driver, float position, bool down);
-    void send_limit(const char* failure, const Command& command);
-    void send(GripperLogicControl* driver, const char* failure, const Command& command);
+    void send_limit(int quantity, const char* failure, const Command& command);
+    void send(GripperLogicControl* driver, int quantity, const char* failure,
+              const Command& command);
 
     Ui::GripperControlWidget* ui;
     int pressed_button_;

@@ -12,6 +12,9 @@
 
 namespace {
 
+// What a command sets; a newer command for the same quantity replaces one not yet sent.
+enum Quantity { Q_POSITION = 1, Q_FORCE = 2, Q_SPEED = 3 };
+
 bool decreases(int button) {
     return 1 == button % 2;
 }
@@ -23,32 +26,32 @@ int clamped(int value, int low, int high) {
 }  // namespace
 
 void GripperControlWidget::on_push_button_position_min__clicked() {
-    send_limit("!gripper_logic_control->set_position_min()",
+    send_limit(Q_POSITION, "!gripper_logic_control->set_position_min()",
                [](GripperLogicControl* driver) { return driver->set_position_min(); });
 }
 
 void GripperControlWidget::on_push_button_position_max__clicked() {
-    send_limit("!gripper_logic_control->set_position_max()",
+    send_limit(Q_POSITION, "!gripper_logic_control->set_position_max()",
                [](GripperLogicControl* driver) { return driver->set_position_max(); });
 }
 
 void GripperControlWidget::on_push_button_force_min__clicked() {
-    send_limit("!gripper_logic_control->set_force_min()",
+    send_limit(Q_FORCE, "!gripper_logic_control->set_force_min()",
                [](GripperLogicControl* driver) { return driver->set_force_min(); });
 }
 
 void GripperControlWidget::on_push_button_force_max__clicked() {
-    send_limit("!gripper_logic_control->set_force_max()",
+    send_limit(Q_FORCE, "!gripper_logic_control->set_force_max()",
                [](GripperLogicControl* driver) { return driver->set_force_max(); });
 }
 
 void GripperControlWidget::on_push_button_speed_min__clicked() {
-    send_limit("!gripper_logic_control->set_speed_min()",
+    send_limit(Q_SPEED, "!gripper_logic_control->set_speed_min()",
                [](GripperLogicControl* driver) { return driver->set_speed_min(); });
 }
 
 void GripperControlWidget::on_push_button_speed_max__clicked() {
-    send_limit("!gripper_logic_control->set_speed_max()",
+    send_limit(Q_SPEED, "!gripper_logic_control->set_speed_max()",
                [](GripperLogicControl* driver) { return driver->set_speed_max(); });
 }
 
@@ -175,14 +178,14 @@ void GripperControlWidget::send_field(PressedButton button, GripperLogicControl*
         const int force = clamped(ui->line_edit_force_->text().toInt(&ok) + sign,
                                   driver->get_force_min(), driver->get_force_max());
         if (ok) {
-            send(driver, "!device->gripper_abstract_control_->set_force(force)",
+            send(driver, Q_FORCE, "!device->gripper_abstract_control_->set_force(force)",
                  [force](GripperLogicControl* d) { return d->set_force(force); });
         }
     } else {
         const int speed = clamped(ui->line_edit_speed_->text().toInt(&ok) + sign,
                                   driver->get_speed_min(), driver->get_speed_max());
         if (ok) {
-            send(driver, "!device->gripper_abstract_control_->set_speed(speed)",
+            send(driver, Q_SPEED, "!device->gripper_abstract_control_->set_speed(speed)",
                  [speed](GripperLogicControl* d) { return d->set_speed(speed); });
         }
     }
@@ -202,7 +205,7 @@ void GripperControlWidget::send_position(GripperLogicControl* driver, float posi
         GRIPPER_LOG("D", "position + device->gripper_abstract_control_->position_step() = %f",
                     static_cast<double>(target));
     }
-    send(driver,
+    send(driver, Q_POSITION,
          down ? "!device->gripper_abstract_control_->set_position(position - "
                 "device->gripper_abstract_control_->position_step())"
               : "!device->gripper_abstract_control_->set_position(position + "
@@ -217,35 +220,38 @@ void GripperControlWidget::send_step(PressedButton button, GripperLogicControl* 
         send_position(driver, driver->cached_position(), down);
     } else if (PB_FORCE_DECREASE == button || PB_FORCE_INCREASE == button) {
         const int force = driver->cached_force() + (down ? -1 : 1);
-        send(driver,
+        send(driver, Q_FORCE,
              down ? "!device->gripper_abstract_control_->set_force(force - 1)"
                   : "!device->gripper_abstract_control_->set_force(force + 1)",
              [force](GripperLogicControl* d) { return d->set_force(force); });
     } else {
         const int speed = driver->cached_speed() + (down ? -1 : 1);
-        send(driver,
+        send(driver, Q_SPEED,
              down ? "!device->gripper_abstract_control_->set_speed(speed - 1)"
                   : "!device->gripper_abstract_control_->set_speed(speed + 1)",
              [speed](GripperLogicControl* d) { return d->set_speed(speed); });
     }
 }
 
-void GripperControlWidget::send_limit(const char* failure, const Command& command) {
+void GripperControlWidget::send_limit(int quantity, const char* failure, const Command& command) {
     GripperLogicControl* gripper_logic_control = current_driver();
     if (nullptr == gripper_logic_control) {
         GRIPPER_LOG("W", "NULL == gripper_logic_control");
         return;
     }
-    send(gripper_logic_control, failure, command);
+    send(gripper_logic_control, quantity, failure, command);
 }
 
-// The command runs on the command worker; a failure is logged there.
-void GripperControlWidget::send(GripperLogicControl* driver, const char* failure,
+// The command runs on the moves' worker; a failure is logged there.
+void GripperControlWidget::send(GripperLogicControl* driver, int quantity, const char* failure,
                                 const Command& command) {
-    GripperCommandWorker::instance().post(this, [driver, failure, command] {
-        if (!command(driver)) {
-            GRIPPER_LOG("W", "%s", failure);
-        }
-        return GripperCommandWorker::Completion();
-    });
+    GripperCommandWorker::moves().post(
+        this,
+        [driver, failure, command] {
+            if (!command(driver)) {
+                GRIPPER_LOG("W", "%s", failure);
+            }
+            return GripperCommandWorker::Completion();
+        },
+        GripperCommandWorker::Key{driver, quantity});
 }

@@ -104,6 +104,32 @@ TEST(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRun
     worker.release(&page);
 }
 
+TEST(GripperCommandWorkerTest, AKeyedTaskReplacesTheQueuedOneOfTheSameOwnerAndKey) {
+    GripperCommandWorker worker;
+    Journal journal;
+    Gate gate;
+    const int page = 0;
+    const int other_page = 0;
+    const int driver = 0;
+    const GripperCommandWorker::Key position{&driver, 1};
+    const GripperCommandWorker::Key force{&driver, 2};
+    worker.post(&page, gate.task(journal, "running"), position);
+    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
+    worker.post(&page, note(journal, "position 40"), position);
+    worker.post(&page, note(journal, "force 80"), force);
+    worker.post(&other_page, note(journal, "other position"), position);
+    worker.post(&page, note(journal, "position 45"), position);
+    worker.post(&page, note(journal, "unkeyed"));
+    worker.post(&page, note(journal, "unkeyed again"));
+    gate.open();
+    ASSERT_TRUE(wait_until([&] { return 11u == journal.entries().size(); }));
+    EXPECT_EQ((std::vector<std::string>{"running", "position 45", "position 45 done", "force 80",
+                                        "force 80 done", "other position", "other position done",
+                                        "unkeyed", "unkeyed done", "unkeyed again",
+                                        "unkeyed again done"}),
+              journal.entries());
+}
+
 TEST(GripperCommandWorkerTest, KeepsRetiredObjectsOnceUntilItEnds) {
     GripperCommandWorker worker;
     GripperDevice* device = new GripperDevice();
