@@ -33,13 +33,17 @@ BenchPage::BenchPage(EmulatedGrippers& grippers, QWidget* parent)
     row->addWidget(send_button);
     layout->addLayout(row);
     layout->addWidget(reply_);
+    connect(send_button, &QPushButton::clicked, this, &BenchPage::send);
+    connect(command_, &QLineEdit::returnPressed, this, &BenchPage::send);
+}
+
+void BenchPage::list_simulators() {
+    gripper_->clear();
     for (const BenchGripper& gripper : grippers_.grippers()) {
         if (gripper.simulator) {
             gripper_->addItem(QString::number(gripper.id), gripper.id);
         }
     }
-    connect(send_button, &QPushButton::clicked, this, &BenchPage::send);
-    connect(command_, &QLineEdit::returnPressed, this, &BenchPage::send);
 }
 
 void BenchPage::add_report(const QString& line) {

@@ -18,6 +18,8 @@ class BenchPage : public QWidget {
 public:
     BenchPage(EmulatedGrippers& grippers, QWidget* parent = nullptr);
 
+    // Offers the simulated grippers on the bench to the control line.
+    void list_simulators();
     void add_report(const QString& line);
     QString report() const;
     // Sends a control command of gripper-sim, without the gripper number, to the simulator of

@@ -29,7 +29,8 @@ struct BenchGripper {
 // starts none.
 class EmulatedGrippers {
 public:
-    // Position of the first simulated gripper's object, in register units of its 1000.
+    // The first simulated gripper's stroke in register units, and its object's place on it.
+    static const int POSITION_MAX = 1000;
     static const int OBJECT_POSITION = 600;
     // Full stroke at speed 100, slow enough to watch a move.
     static const int STROKE_MS = 3000;

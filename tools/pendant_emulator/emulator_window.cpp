@@ -26,12 +26,13 @@ EmulatorWindow::EmulatorWindow(const EmulatorOptions& options, QWidget* parent)
     tabs_ = new QTabWidget(this);
     tabs_->setObjectName("pendant_tabs");
     setCentralWidget(tabs_);
+    // The transcript hears of a finished command before the program runner acts on it.
+    connect(&script_, &ScriptThread::command_finished, &transcript_, &Transcript::command);
     program_ = new ProgramPanel(script_, this);
     console_ = new ScriptConsole(script_, transcript_, this);
     bench_ = new BenchPage(grippers_, this);
     state_ = new QLabel("Program: Stopped", this);
     statusBar()->addWidget(state_);
-    connect(&script_, &ScriptThread::command_finished, &transcript_, &Transcript::command);
     connect(program_, &ProgramPanel::status_changed, this,
             [this](const QString& text) { transcript_.note("program: " + text); });
     connect(&program_->runner(), &ProgramRunner::state_changed, this,
@@ -58,10 +59,14 @@ bool EmulatorWindow::start_grippers(const QString& log_folder) {
     if (grippers_.grippers().isEmpty()) {
         report("Grippers: none on the bench");
     }
+    bench_->list_simulators();
     return true;
 }
 
 void EmulatorWindow::load_plugins(const QString& shared_path) {
+    report(QString("Screen: %1x%2 (\"Displays/Resolution\" in the emulator's own settings)")
+               .arg(options_.resolution.width())
+               .arg(options_.resolution.height()));
     loader_.load_folder(options_.plugin_folder);
     report(QString("Plug-in folder: %1").arg(options_.plugin_folder));
     for (const LoadFailure& failure : loader_.failures()) {
@@ -79,6 +84,7 @@ void EmulatorWindow::load_plugins(const QString& shared_path) {
         console_->set_default_plugin(loader_.plugins().first().name);
     }
     console_->set_suggestions(suggestions());
+    report(QString("Shared file path: %1").arg(shared_path));
     report(QString("Working directory (plug-in logs): %1").arg(QDir::currentPath()));
 }
 
@@ -153,5 +159,7 @@ QStringList EmulatorWindow::suggestions() const {
 }
 
 void EmulatorWindow::on_program_state() {
-    state_->setText("Program: " + ProgramRunner::state_name(program_->runner().state()));
+    const QString state = ProgramRunner::state_name(program_->runner().state());
+    state_->setText("Program: " + state);
+    transcript_.note("program state: " + state);
 }

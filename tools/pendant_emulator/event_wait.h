@@ -6,8 +6,9 @@
 #include <QTimer>
 
 // Runs the interface thread's events until condition holds or timeout_ms pass, looking every
-// few milliseconds; true when it held. The script thread and the plug-ins' pages keep working
-// meanwhile (a script command may wait for this thread).
+// few milliseconds; true when it held, false after the time-out or once the application quits.
+// The script thread and the plug-ins' pages keep working meanwhile (a script command may wait
+// for this thread).
 template <typename Condition>
 bool wait_for_events(Condition condition, int timeout_ms) {
     QDeadlineTimer deadline(timeout_ms);
@@ -19,7 +20,10 @@ bool wait_for_events(Condition condition, int timeout_ms) {
         if (deadline.hasExpired()) {
             return false;
         }
-        loop.exec();
+        // A loop refuses to run once the application is quitting.
+        if (loop.exec() != 0) {
+            return false;
+        }
     }
     return true;
 }

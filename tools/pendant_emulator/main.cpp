@@ -8,6 +8,7 @@
 #include "tools/pendant_emulator/emulator_options.h"
 #include "tools/pendant_emulator/emulator_window.h"
 #include "tools/pendant_emulator/event_wait.h"
+#include "tools/pendant_emulator/message_file.h"
 #include "tools/pendant_emulator/private_settings.h"
 #include "tools/pendant_emulator/program_panel.h"
 #include "tools/pendant_emulator/screenshot.h"
@@ -65,6 +66,9 @@ int main(int argc, char** argv) {
     if (!options.tour_folder.isEmpty() && !QDir().mkpath(options.tour_folder)) {
         std::fprintf(stderr, "pendant-emulator: cannot make %s\n", qPrintable(options.tour_folder));
         return 1;
+    }
+    if (!options.tour_folder.isEmpty()) {
+        MessageFile::install(QDir(options.tour_folder).filePath("messages.log"));
     }
     EmulatorWindow window(options);
     if (!window.start_grippers(options.tour_folder)) {

@@ -19,6 +19,8 @@ namespace {
 
 const char* const CONDITION_CATEGORY = "Programming/Condition";
 const char* const PROGRAM_FILTER = "Programs (*.json);;All files (*)";
+// Columns: step, alias, type, script line, result of the last run.
+const int RESULT_COLUMN = 4;
 
 }  // namespace
 
@@ -32,6 +34,7 @@ ProgramPanel::ProgramPanel(ScriptThread& script, QWidget* parent)
     connect(manager, &ExtensionSystem::PluginManager::condItemRemoved, this,
             &ProgramPanel::on_cond_item_removed);
     connect(&runner_, &ProgramRunner::line_started, this, &ProgramPanel::on_line_started);
+    connect(&runner_, &ProgramRunner::line_finished, this, &ProgramPanel::on_line_finished);
     connect(&runner_, &ProgramRunner::state_changed, this, &ProgramPanel::on_state_changed);
     connect(&runner_, &ProgramRunner::program_ended, this,
             [this](const QString& outcome) { set_status("Program ended: " + outcome); });
@@ -162,6 +165,8 @@ bool ProgramPanel::run_program() {
         return false;
     }
     close_editor();
+    results_.fill(QString(), steps_.count());
+    refresh();
     runner_.run(lines);
     set_status(QString("Program of %1 steps started").arg(lines.size()));
     return true;
@@ -197,7 +202,7 @@ int ProgramPanel::selected_row() const {
 }
 
 QString ProgramPanel::status() const {
-    return status_->text();
+    return message_;
 }
 
 void ProgramPanel::on_cond_info_saved(AbsCondInfo* record) {
@@ -229,12 +234,30 @@ void ProgramPanel::on_cond_item_removed() {
 }
 
 void ProgramPanel::on_line_started(int index) {
+    show_result(index, "running");
     table_->selectRow(index);
     set_status(QString("Running step %1 of %2").arg(index + 1).arg(steps_.count()));
 }
 
+void ProgramPanel::on_line_finished(int index, const ScriptResult& result) {
+    show_result(index, result.error.isEmpty()
+                           ? QString("%1 \"%2\" (%3 ms)")
+                                 .arg(result.returned ? "true" : "false", result.answer)
+                                 .arg(result.finished_ms - result.started_ms)
+                           : "not run: " + result.error);
+}
+
 void ProgramPanel::on_state_changed() {
     update_buttons();
+    show_status();
+}
+
+void ProgramPanel::show_result(int index, const QString& text) {
+    if (index >= 0 && index < results_.size() && index < table_->rowCount()) {
+        results_[index] = text;
+        table_->setItem(index, RESULT_COLUMN, new QTableWidgetItem(text));
+        table_->resizeRowToContents(index);
+    }
 }
 
 void ProgramPanel::close_editor() {
@@ -247,16 +270,18 @@ void ProgramPanel::close_editor() {
 
 void ProgramPanel::refresh() {
     table_->setRowCount(steps_.count());
+    results_.resize(steps_.count());
     for (int row = 0; row < steps_.count(); ++row) {
         QString error;
         const QString script = steps_.script_text(row, error);
-        const QStringList cells{QString::number(row + 1), steps_.at(row)->getAlias(),
-                                steps_.at(row)->getCondType(),
-                                script.isEmpty() ? "(no script line: " + error + ")" : script};
+        const QStringList cells{
+            QString::number(row + 1), steps_.at(row)->getAlias(), steps_.at(row)->getCondType(),
+            script.isEmpty() ? "(no script line: " + error + ")" : script, results_[row]};
         for (int column = 0; column < cells.size(); ++column) {
             table_->setItem(row, column, new QTableWidgetItem(cells[column]));
         }
     }
+    table_->resizeRowsToContents();
     update_buttons();
 }
 
@@ -278,8 +303,13 @@ void ProgramPanel::update_buttons() {
 }
 
 void ProgramPanel::set_status(const QString& text) {
-    status_->setText(QString("%1 | %2").arg(ProgramRunner::state_name(runner_.state()), text));
+    message_ = text;
+    show_status();
     emit status_changed(text);
+}
+
+void ProgramPanel::show_status() {
+    status_->setText(QString("%1 | %2").arg(ProgramRunner::state_name(runner_.state()), message_));
 }
 
 bool ProgramPanel::step_selected(int row) {
@@ -310,14 +340,16 @@ void ProgramPanel::build() {
     resume_ = add_button("Resume", run_row, &ProgramPanel::click_resume);
     stop_ = add_button("Stop", run_row, &ProgramPanel::click_stop);
     layout->addLayout(edit_row);
-    table_ = new QTableWidget(0, 4, this);
+    table_ = new QTableWidget(0, RESULT_COLUMN + 1, this);
     table_->setObjectName("program_steps");
-    table_->setHorizontalHeaderLabels({"Step", "Alias", "Type", "Script line"});
-    table_->horizontalHeader()->setSectionResizeMode(3, QHeaderView::Stretch);
+    table_->setHorizontalHeaderLabels({"Step", "Alias", "Type", "Script line", "Result"});
+    table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    table_->horizontalHeader()->setSectionResizeMode(RESULT_COLUMN - 1, QHeaderView::Stretch);
     table_->verticalHeader()->hide();
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    table_->setWordWrap(true);
     layout->addWidget(table_, 1);
     layout->addLayout(run_row);
     status_ = new QLabel(this);

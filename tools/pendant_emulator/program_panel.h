@@ -52,6 +52,7 @@ public:
     StepEditorDialog* editor(const QString& type);
     int editing_row() const { return editing_row_; }
     int selected_row() const;
+    // The sentence about the last action.
     QString status() const;
 
 signals:
@@ -64,6 +65,9 @@ private:
     void on_cond_info_saved(AbsCondInfo* record);
     void on_cond_item_removed();
     void on_line_started(int index);
+    void on_line_finished(int index, const ScriptResult& result);
+    void show_result(int index, const QString& text);
+    void show_status();
     void on_state_changed();
     void close_editor();
     void refresh();
@@ -88,6 +92,9 @@ private:
     QVector<ExtensionSystem::IPlugin*> plugins_;
     int editing_row_ = NOT_EDITING;
     QString editing_type_;
+    QString message_;
+    // What each step returned and answered in the last run.
+    QVector<QString> results_;
     QComboBox* type_box_ = nullptr;
     QTableWidget* table_ = nullptr;
     QLabel* status_ = nullptr;

@@ -13,7 +13,7 @@ class EmulatorWindow;
 
 // The scripted tour of the gripper plug-in in the emulator: load, connect both grippers by
 // script, activate, insert and save a two-step program, run it (close on an object, open) with
-// a pause, stop a run during a move, lose the object and silence a gripper, open the saved
+// a pause, stop a run during a move, lose the object, break and restore a link, open the saved
 // program again, disconnect. Each stage checks what it should have done and leaves a picture;
 // the transcript keeps every command with its answer. The tour ends the application with 0
 // only when every stage passed (or leaves the window open with keep_open).
@@ -42,6 +42,9 @@ private:
     bool start_program_and_wait_for_move();
     bool wait_for_program_end(int timeout_ms);
     bool check_old_program();
+    bool lose_and_restore_link();
+    // The position of gripper 1's fingers as the simulator has them, as the page writes it.
+    QString held_position();
     void finish();
 
     EmulatorWindow& window_;

@@ -1,19 +1,17 @@
 #include "tools/pendant_emulator/tour_checks.h"
 
-#include <QDeadlineTimer>
 #include <QDir>
 #include <QLabel>
+#include <QLineEdit>
 #include <QTabWidget>
 
+#include "tools/pendant_emulator/bench_page.h"
 #include "tools/pendant_emulator/emulator_window.h"
 #include "tools/pendant_emulator/screenshot.h"
 
 namespace {
 
 const char* const PLUGIN = "Zanther2F";
-const int POLL_TIMEOUT_MS = 5000;
-// Between two identical queries: a few of the driver's fast update cycles.
-const int POLL_INTERVAL_MS = 100;
 
 }  // namespace
 
@@ -43,23 +41,6 @@ bool TourChecks::expect(const QString& command, const QString& answer) {
     return true;
 }
 
-bool TourChecks::expect_soon(const QString& command, const QString& answer, int timeout_ms) {
-    QDeadlineTimer deadline(timeout_ms);
-    for (;;) {
-        const ScriptResult result = send(command, POLL_TIMEOUT_MS);
-        if (result.returned && result.answer == answer) {
-            return true;
-        }
-        if (deadline.hasExpired()) {
-            return fail(QString("%1 still answered \"%2\", not \"%3\", after %4 ms")
-                            .arg(command, result.answer, answer)
-                            .arg(timeout_ms));
-        }
-        QDeadlineTimer pause(POLL_INTERVAL_MS);
-        wait_for_events([&] { return pause.hasExpired(); }, POLL_INTERVAL_MS + 100);
-    }
-}
-
 QMap<QString, QString> TourChecks::simulator_state(int id) {
     QMap<QString, QString> state;
     if (!simulated(id)) {
@@ -70,6 +51,15 @@ QMap<QString, QString> TourChecks::simulator_state(int id) {
         state.insert(pair.section('=', 0, 0), pair.section('=', 1));
     }
     return state;
+}
+
+bool TourChecks::simulator_does(int id, const QString& command) {
+    const QString reply = window_.bench().simulator_command(id, command);
+    window_.transcript().note(
+        QString("simulator of gripper %1: %2 -> %3").arg(id).arg(command, reply));
+    return reply == "ok" || fail(QString("the simulator of gripper %1 answered \"%2\" to %3")
+                                     .arg(id)
+                                     .arg(reply, command));
 }
 
 bool TourChecks::simulated(int id) const {
@@ -103,6 +93,13 @@ QString TourChecks::page_status(const QString& tab) {
     QWidget* tab_page = plugin_page ? plugin_page->findChild<QWidget*>(holder) : nullptr;
     auto* label = tab_page ? tab_page->findChild<QLabel*>("label_status_") : nullptr;
     return label ? label->text().trimmed() : QString();
+}
+
+QString TourChecks::page_position() {
+    QWidget* plugin_page = window_.plugin_page(PLUGIN);
+    QWidget* control = plugin_page ? plugin_page->findChild<QWidget*>("widget_control_") : nullptr;
+    auto* field = control ? control->findChild<QLineEdit*>("line_edit_position_") : nullptr;
+    return field ? field->text() : QString();
 }
 
 bool TourChecks::picture(const QString& name, QWidget* widget) {

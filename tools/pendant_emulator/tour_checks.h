@@ -23,11 +23,11 @@ public:
     ScriptResult send(const QString& command, int timeout_ms = 15000);
     // The command returns true with exactly this answer.
     bool expect(const QString& command, const QString& answer);
-    // The command is sent again until it answers this (deadline timeout_ms).
-    bool expect_soon(const QString& command, const QString& answer, int timeout_ms);
     // The simulator's "state" of a gripper as key=value pairs; empty for a real gripper.
     QMap<QString, QString> simulator_state(int id);
     bool simulated(int id) const;
+    // Sends a control command through the bench page (noted in the transcript); true on "ok".
+    bool simulator_does(int id, const QString& command);
     // Waits for a condition while events run; false (failure noted) after timeout_ms.
     template <typename Condition>
     bool wait(Condition condition, int timeout_ms, const QString& what);
@@ -37,6 +37,8 @@ public:
     bool show_page_tab(const QString& tab);
     // The state text the page's Control or Setting tab shows.
     QString page_status(const QString& tab);
+    // The position the Control tab shows.
+    QString page_position();
     // Saves a picture of the widget as <folder>/<name>.png.
     bool picture(const QString& name, QWidget* widget);
 
