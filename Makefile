@@ -3,7 +3,7 @@ BUILD_DIR ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
-.PHONY: all deps configure build test demo bench asan tsan format format-check clean
+.PHONY: all deps configure build test demo bench asan tsan format format-check qt55-check clean
 
 all: build
 
@@ -46,6 +46,10 @@ format:
 
 format-check:
 	@git ls-files '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+# What the pendant loads keeps to the Qt 5.5 API (the check reads the build's ui_*.h files).
+qt55-check: build
+	@../shared/qt55/check.sh -p $(BUILD_DIR) platform gripper_main/userinterface_logic src
 
 clean:
 	@rm -rf $(BUILD_DIR) build-asan build-tsan
