@@ -27,7 +27,6 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       thread_start_(false),
       thread_loop_(true),
       loop_woken_(false),
-      readable_descriptor_(-1),
       communication_(nullptr),
       move_pending_(false),
       arrived_seen_(false),

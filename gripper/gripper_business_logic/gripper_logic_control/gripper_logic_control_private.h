@@ -9,6 +9,7 @@
 #include <mutex>
 #include <vector>
 
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_byte_arrival.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
 
@@ -85,8 +86,8 @@ public:
     std::mutex loop_mutex_;
     std::condition_variable loop_signal_;
     bool loop_woken_;
-    // The link's descriptor, for sleeping until bytes arrive; -1 while the link is closed.
-    std::atomic<int> readable_descriptor_;
+    // The link's descriptor, for sleeping until bytes arrive; used with mutex_ held.
+    GripperByteArrival byte_arrival_;
     GripperCommunication* communication_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;

@@ -1,6 +1,6 @@
 // How an exchange waits for its answer: with the driver lock held, asleep while nothing can
-// arrive. It sleeps in poll() until the first byte comes, then for about the time the missing
-// bytes take on the wire, instead of looking again and again.
+// arrive. It sleeps until the first byte comes, then for about the time the missing bytes take
+// on the wire, and, if they have not come by then, until the line hands more over.
 #include <poll.h>
 #include <time.h>
 
@@ -31,31 +31,46 @@ void nap(long nanos) {
 // The sleeps of one wait between its looks at the number of bytes waiting.
 class AnswerWait {
 public:
-    explicit AnswerWait(int descriptor) : descriptor_(descriptor) {}
+    AnswerWait(GripperByteArrival& arrival, GripperCommunication& link)
+        : arrival_(arrival), link_(link) {}
 
     // Sleeps at most millis, until more of the answer may be there.
     void sleep(int present, int missing, int32_t millis) {
         const bool progress = present != last_present_;
         last_present_ = present;
         const long limit = static_cast<long>(millis) * NANOS_PER_MILLI;
-        if (descriptor_ < 0) {
+        if (!arrival_.watching()) {
             nap(std::min(NAP_NANOS, limit));
         } else if (0 == present && progress) {
-            struct pollfd readable = {descriptor_, POLLIN, 0};
-            poll(&readable, 1, millis);
+            arrival_.wait_for_first(millis);
         } else if (0 == present) {
             // Woken without a byte: the peer hung up or closed; nothing comes any more.
             nap(limit);
-        } else {
-            // A part is there and the rest is on its way; a line that hands bytes over in
-            // chunks may hold them back longer, so a pause without progress doubles.
-            pause_nanos_ = progress ? missing * CHARACTER_NANOS : 2 * pause_nanos_;
+        } else if (progress) {
+            // The rest is on its way: sleep for the time it takes on the wire.
+            pause_nanos_ = missing * CHARACTER_NANOS;
             nap(std::min(pause_nanos_, limit));
+        } else {
+            wait_for_held_bytes(present, millis, limit);
         }
     }
 
 private:
-    const int descriptor_;
+    // Nothing came in the time the missing bytes take on the wire: the line hands bytes over
+    // in chunks, as a USB adapter does. Sleep until the next chunk arrives.
+    void wait_for_held_bytes(int present, int32_t millis, long limit) {
+        arrival_.forget_arrivals();
+        if (link_.available() != present) {
+            return;
+        }
+        if (!arrival_.wait_for_more(millis)) {
+            pause_nanos_ *= 2;
+            nap(std::min(pause_nanos_, limit));
+        }
+    }
+
+    GripperByteArrival& arrival_;
+    GripperCommunication& link_;
     int last_present_ = -1;
     long pause_nanos_ = 0;
 };
@@ -65,7 +80,7 @@ private:
 bool GripperLogicControl::wait_for_length_available(int length, int millis) {
     const int32_t start_time = MiscellaneousUtility::current_time_millis();
     std::lock_guard<GripperDriverMutex> lock(private_->mutex_);
-    AnswerWait wait(private_->readable_descriptor_);
+    AnswerWait wait(private_->byte_arrival_, *private_->communication_);
     for (;;) {
         const int available_length = private_->communication_->available();
         if (-1 == available_length) {
@@ -90,5 +105,6 @@ bool GripperLogicControl::wait_for_length_available(int length, int millis) {
 }
 
 void GripperLogicControl::set_readable_descriptor(int descriptor) {
-    private_->readable_descriptor_ = descriptor;
+    std::lock_guard<GripperDriverMutex> lock(private_->mutex_);
+    private_->byte_arrival_.watch(descriptor);
 }

@@ -100,6 +100,8 @@ TEST(GripperSimProgram, HelpsAndRefusesBadCommandLines) {
         {"--version", "1.2.3", "--tcp", "0"},
         {"--tcp", "70000"},
         {"--init-ms"},
+        {"--baud", "-1", "--modbus"},
+        {"--window-us", "1ms", "--modbus"},
         {"--frobnicate"},
     };
     for (const std::vector<std::string>& args : bad) {
