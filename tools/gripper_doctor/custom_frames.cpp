@@ -66,6 +66,11 @@ bool CustomFrames::is_frame(const Bytes& bytes) {
     return FRAME_LENGTH == bytes.size() && std::equal(HEADER, HEADER + 4, bytes.begin());
 }
 
+bool CustomFrames::is_dropped_notice(const Bytes& bytes) {
+    return is_frame(bytes) && 0x15 == bytes[OFFSET_PRIMARY] && 0x01 == bytes[OFFSET_SECONDARY] &&
+           TRAILER == bytes[OFFSET_TRAILER];
+}
+
 std::string CustomFrames::request(const Bytes& frame) {
     if (!is_frame(frame)) {
         return "frame of " + std::to_string(frame.size()) + " bytes";

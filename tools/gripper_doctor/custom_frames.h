@@ -15,6 +15,8 @@ public:
 
     // True for 14 bytes that start with the frame header.
     static bool is_frame(const Bytes& bytes);
+    // True for the frame a gripper sends unasked when it loses a held object.
+    static bool is_dropped_notice(const Bytes& bytes);
     static std::string request(const Bytes& frame);
     static Verdict answer(const Bytes& request, const Bytes& answer);
 

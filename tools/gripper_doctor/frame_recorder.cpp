@@ -46,6 +46,12 @@ bool FrameRecorder::received(const Bytes& bytes, bool discarded) {
     if (bytes.empty()) {
         return false;
     }
+    if (CustomFrames::is_dropped_notice(bytes)) {
+        // Not the answer: the driver takes it and goes on waiting.
+        trace("<- " + hex_bytes(bytes) + "   gripper " + std::to_string(bytes[4]) +
+              ": object dropped (sent unasked)");
+        return false;
+    }
     if (discarded || !awaiting_) {
         close_request();
         evidence_.discarded_bytes += static_cast<long>(bytes.size());

@@ -31,7 +31,9 @@ Finding PortChecks::check(const std::string& path, const std::string& sysroot) {
         return not_a_terminal(path, kind);
     }
     if (!S_ISCHR(status.st_mode)) {
-        return not_a_terminal(path, "no character device");
+        return not_a_terminal(path, S_ISFIFO(status.st_mode)   ? "a pipe"
+                                    : S_ISSOCK(status.st_mode) ? "a socket"
+                                                               : "a block device");
     }
     if (0 != ::access(path.c_str(), R_OK | W_OK) && EACCES == errno) {
         return PermissionAdvice::explain(path, status);

@@ -109,6 +109,14 @@ TEST(DoctorFrames, FrameAnswersAreJudgedAgainstTheirRequest) {
     }
 }
 
+TEST(DoctorFrames, UnaskedDroppedFrameIsNoAnswer) {
+    EXPECT_TRUE(CustomFrames::is_dropped_notice(
+        {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x15, 0x01, 0, 0, 1, 0, 0, 0, 0xFB}));
+    EXPECT_FALSE(CustomFrames::is_dropped_notice(
+        {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x15, 0x02, 1, 0, 0, 0, 0, 0, 0xFB}));
+    EXPECT_FALSE(CustomFrames::is_dropped_notice({0x01, 0x03, 0x02, 0x00, 0x03, 0xF8, 0x45}));
+}
+
 TEST(DoctorFrames, RequestsAreToldInWords) {
     EXPECT_EQ("Modbus read of register 0x0302 (device id) at slave 255 (any slave answers)",
               ModbusFrames::request(MODBUS_ID_REQUEST));
