@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QMetaMethod>
 #include <QPointer>
+#include <QPushButton>
 #include <QRegularExpression>
 #include <QTabWidget>
 #include <QTranslator>
@@ -56,6 +57,7 @@ private slots:
     void rebuildsAndWritesProgramSteps();
     void refusesRecordsOfAnotherType();
     void makesThePageAndSwitchesItsEditing();
+    void locksTheSettingTabWhileAProgramRuns();
     void cleanupTestCase();
 
 private:
@@ -303,6 +305,21 @@ void PluginHostTest::makesThePageAndSwitchesItsEditing() {
     QVERIFY(!page_->isEnabled());
     host_.plugin()->enableEdit(true);
     QVERIFY(page_->isEnabled());
+}
+
+// The program state follows start and stop, not pause and resume: the Setting tab is locked
+// while a program runs and stays unlocked when a stopped program is resumed.
+void PluginHostTest::locksTheSettingTabWhileAProgramRuns() {
+    QWidget* setting = page_->findChild<QTabWidget*>()->widget(1);
+    QVERIFY(setting);
+    QVERIFY(host_.plugin()->initParms());
+    QTRY_VERIFY(!setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
+    QVERIFY(host_.plugin()->pausePlugin());
+    QVERIFY(host_.plugin()->stopPlugin());
+    QTRY_VERIFY(setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
+    QVERIFY(host_.plugin()->continuePlugin());
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
 }
 
 void PluginHostTest::cleanupTestCase() {
