@@ -2,9 +2,27 @@
 
 #include <poll.h>
 #include <sys/epoll.h>
+#include <sys/timerfd.h>
+#include <time.h>
 #include <unistd.h>
 
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
+
+namespace {
+
+const long NANOS_PER_SECOND = 1000000000L;
+const long NANOS_PER_MILLI = 1000000L;
+// A timer sleep that does not end by itself within this much longer is given up.
+const int TIMER_MARGIN_MILLIS = 2;
+
+void close_descriptor(int& descriptor) {
+    if (descriptor >= 0) {
+        close(descriptor);
+    }
+    descriptor = -1;
+}
+
+}  // namespace
 
 GripperByteArrival::~GripperByteArrival() {
     stop_watching();
@@ -23,11 +41,9 @@ void GripperByteArrival::watch(int descriptor) {
     if (epoll_ < 0 || 0 != epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &arrival)) {
         // Without it, waits for more bytes sleep for their time on the wire only.
         GRIPPER_LOG("W", "0 != epoll_ctl(epoll_, EPOLL_CTL_ADD, descriptor, &arrival)");
-        if (epoll_ >= 0) {
-            close(epoll_);
-        }
-        epoll_ = -1;
+        close_descriptor(epoll_);
     }
+    timer_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
 }
 
 void GripperByteArrival::wait_for_first(int millis) {
@@ -51,10 +67,20 @@ bool GripperByteArrival::wait_for_more(int millis) {
     return true;
 }
 
-void GripperByteArrival::stop_watching() {
-    if (epoll_ >= 0) {
-        close(epoll_);
+void GripperByteArrival::sleep(long nanos) {
+    const struct timespec duration = {nanos / NANOS_PER_SECOND, nanos % NANOS_PER_SECOND};
+    const struct itimerspec expiry = {{0, 0}, duration};
+    if (nanos <= 0 || timer_ < 0 || 0 != timerfd_settime(timer_, 0, &expiry, nullptr)) {
+        nanosleep(&duration, nullptr);
+        return;
     }
-    epoll_ = -1;
+    // Arming the timer again clears its last expiry: nothing needs to be read from it.
+    struct pollfd expired = {timer_, POLLIN, 0};
+    poll(&expired, 1, static_cast<int>(nanos / NANOS_PER_MILLI) + TIMER_MARGIN_MILLIS);
+}
+
+void GripperByteArrival::stop_watching() {
+    close_descriptor(epoll_);
+    close_descriptor(timer_);
     descriptor_ = -1;
 }

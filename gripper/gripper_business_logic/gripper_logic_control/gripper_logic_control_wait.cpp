@@ -49,7 +49,7 @@ public:
         } else if (progress) {
             // The rest is on its way: sleep for the time it takes on the wire.
             pause_nanos_ = missing * CHARACTER_NANOS;
-            nap(std::min(pause_nanos_, limit));
+            arrival_.sleep(std::min(pause_nanos_, limit));
         } else {
             wait_for_held_bytes(present, millis, limit);
         }
@@ -65,7 +65,7 @@ private:
         }
         if (!arrival_.wait_for_more(millis)) {
             pause_nanos_ *= 2;
-            nap(std::min(pause_nanos_, limit));
+            arrival_.sleep(std::min(pause_nanos_, limit));
         }
     }
 
