@@ -31,7 +31,8 @@ public:
     // Loads the plug-in folder and shows the page of each plug-in, as the pendant does at
     // start-up: language, message-box parent, shared file path, then createUI.
     void load_plugins(const QString& shared_path);
-    // Ends a running program, the script thread and the simulators, in that order.
+    // Stops a running program (which releases a step waiting for a move), then ends the script
+    // thread and the simulators.
     void shutdown();
 
     ScriptThread& script() { return script_; }

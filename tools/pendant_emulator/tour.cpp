@@ -218,48 +218,52 @@ bool Tour::wait_for_program_end(int timeout_ms) {
 }
 
 bool Tour::stage_run() {
-    ProgramRunner& runner = window_.program().runner();
     QWidget* page = window_.plugin_page(PLUGIN);
     if (!start_program_and_wait_for_move()) {
         return false;
     }
-    runner.pause();
+    window_.program().runner().pause();
     if (page->isEnabled()) {
         return checks_.fail("the plug-in's page is enabled while the program runs");
     }
-    if (!checks_.wait([&] { return checks_.simulator_state(1).value("held") == "1"; },
-                      STATE_TIMEOUT_MS, "gripper 1 closing on its object") ||
-        !checks_.wait([&] { return checks_.page_status("Control") == "Detected"; },
-                      SHORT_TIMEOUT_MS, "the page showing \"Detected\"") ||
-        !checks_.wait([&] { return checks_.page_position() == held_position(); }, SHORT_TIMEOUT_MS,
-                      "the page showing the position of the object")) {
+    if (!held_while_paused() || !checks_.picture("06-running-paused", &window_) ||
+        !checks_.show_page_tab("Control") || !checks_.picture("07-page-while-running", &window_) ||
+        !resume_to_the_end()) {
         return false;
     }
-    if (!line_results_.isEmpty()) {
-        return checks_.fail("step 1 returned while the program was paused");
-    }
-    if (!checks_.picture("06-running-paused", &window_) || !checks_.show_page_tab("Control") ||
-        !checks_.picture("07-page-while-running", &window_)) {
-        return false;
-    }
+    return checks_.expect("get_gripper_status|1", YES) &&
+           checks_.expect("get_gripper_position|1", "i|0") &&
+           (page->isEnabled() || checks_.fail("the page stays disabled after the program"));
+}
+
+bool Tour::held_while_paused() {
+    const bool seen =
+        checks_.wait([&] { return checks_.simulator_state(1).value("held") == "1"; },
+                     STATE_TIMEOUT_MS, "gripper 1 closing on its object") &&
+        checks_.wait([&] { return checks_.page_status("Control") == "Detected"; }, SHORT_TIMEOUT_MS,
+                     "the page showing \"Detected\"") &&
+        checks_.wait([&] { return checks_.page_position() == held_position(); }, SHORT_TIMEOUT_MS,
+                     "the page showing the position of the object") &&
+        checks_.wait([&] { return checks_.page_object_detected(); }, SHORT_TIMEOUT_MS,
+                     "the page's \"Object detected\" checked");
+    return seen && (line_results_.isEmpty() ||
+                    checks_.fail("step 1 returned while the program was paused"));
+}
+
+bool Tour::resume_to_the_end() {
     window_.tabs().setCurrentWidget(&window_.program());
     const qint64 resumed_ms = checks_.now();
-    runner.resume();
+    window_.program().runner().resume();
     if (!wait_for_program_end(STATE_TIMEOUT_MS)) {
         return false;
     }
     if (outcome_ != "completed" || line_results_.size() != 2 || line_results_[0].answer != DONE ||
         line_results_[1].answer != DONE) {
         return checks_.fail("the program ended " + outcome_ +
-                            ", not completed with both steps "
-                            "answering \"i | 0\"");
+                            ", not completed with both steps answering \"i | 0\"");
     }
-    if (line_results_[0].finished_ms < resumed_ms) {
-        return checks_.fail("step 1 returned before Resume");
-    }
-    return checks_.expect("get_gripper_status|1", YES) &&
-           checks_.expect("get_gripper_position|1", "i|0") &&
-           (page->isEnabled() || checks_.fail("the page stays disabled after the program"));
+    return line_results_[0].finished_ms >= resumed_ms ||
+           checks_.fail("step 1 returned before Resume");
 }
 
 QString Tour::held_position() {

@@ -40,6 +40,9 @@ private:
     bool run_stage(const QString& name, bool (Tour::*stage)());
     bool insert_step(const QString& position, const QString& picture);
     bool start_program_and_wait_for_move();
+    // Paused in step 1: the gripper closes on its object, the page shows it, the step waits.
+    bool held_while_paused();
+    bool resume_to_the_end();
     bool wait_for_program_end(int timeout_ms);
     bool check_old_program();
     bool lose_and_restore_link();

@@ -1,5 +1,6 @@
 #include "tools/pendant_emulator/tour_checks.h"
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QLabel>
 #include <QLineEdit>
@@ -95,11 +96,22 @@ QString TourChecks::page_status(const QString& tab) {
     return label ? label->text().trimmed() : QString();
 }
 
-QString TourChecks::page_position() {
+QWidget* TourChecks::control_tab() {
     QWidget* plugin_page = window_.plugin_page(PLUGIN);
-    QWidget* control = plugin_page ? plugin_page->findChild<QWidget*>("widget_control_") : nullptr;
+    return plugin_page ? plugin_page->findChild<QWidget*>("widget_control_") : nullptr;
+}
+
+QString TourChecks::page_position() {
+    QWidget* control = control_tab();
     auto* field = control ? control->findChild<QLineEdit*>("line_edit_position_") : nullptr;
     return field ? field->text() : QString();
+}
+
+bool TourChecks::page_object_detected() {
+    QWidget* control = control_tab();
+    auto* indicator =
+        control ? control->findChild<QAbstractButton*>("radio_button_object_detected_") : nullptr;
+    return indicator != nullptr && indicator->isChecked();
 }
 
 bool TourChecks::picture(const QString& name, QWidget* widget) {

@@ -37,8 +37,9 @@ public:
     bool show_page_tab(const QString& tab);
     // The state text the page's Control or Setting tab shows.
     QString page_status(const QString& tab);
-    // The position the Control tab shows.
+    // The position the Control tab shows, and whether it marks "Object detected".
     QString page_position();
+    bool page_object_detected();
     // Saves a picture of the widget as <folder>/<name>.png.
     bool picture(const QString& name, QWidget* widget);
 
@@ -48,6 +49,7 @@ public:
 
 private:
     void on_finished(const ScriptResult& result);
+    QWidget* control_tab();
 
     EmulatorWindow& window_;
     const QString folder_;

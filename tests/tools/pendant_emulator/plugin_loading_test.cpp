@@ -12,6 +12,7 @@
 #include "platform/pluginmanager.h"
 #include "tools/pendant_emulator/bench_page.h"
 #include "tools/pendant_emulator/emulator_window.h"
+#include "tools/pendant_emulator/language_catalogue.h"
 #include "tools/pendant_emulator/plugin_folder_loader.h"
 #include "tools/pendant_emulator/private_settings.h"
 
@@ -23,6 +24,7 @@ private slots:
     void window_loads_the_gripper_plugin_and_reports_the_others();
     void a_second_plugin_of_the_same_name_is_passed_over();
     void a_missing_folder_is_reported();
+    void language_catalogues_come_from_the_plugins_resources();
 
 private:
     QString failure_for(const QVector<LoadFailure>& failures, const QString& file) const;
@@ -112,6 +114,20 @@ void PluginLoadingTest::a_missing_folder_is_reported() {
     QVERIFY(loader.plugins().isEmpty());
     QCOMPARE(loader.failures().size(), 1);
     QCOMPARE(loader.failures()[0].reason, QString("the plug-in folder does not exist"));
+}
+
+void PluginLoadingTest::language_catalogues_come_from_the_plugins_resources() {
+    QString error;
+    LanguageCatalogue chinese;
+    QVERIFY2(chinese.install("zh_CN", error), qPrintable(error));
+    QCOMPARE(chinese.file(), QString(":/Translations/zh_CN_template_plugin.qm"));
+    QCOMPARE(QCoreApplication::translate("gripper_peripheral_condition", "Position"),
+             QString::fromUtf8("\xe4\xbd\x8d\xe7\xbd\xae"));
+    LanguageCatalogue unknown;
+    QVERIFY(!unknown.install("xx", error));
+    QCOMPARE(error, QString("no catalogue xx_*.qm in the plug-ins' resources"));
+    QVERIFY(!unknown.install(folder_.filePath("missing.qm"), error));
+    QCOMPARE(error, "the catalogue " + folder_.filePath("missing.qm") + " does not load");
 }
 
 QTEST_MAIN(PluginLoadingTest)
