@@ -92,6 +92,26 @@ TEST_F(DriverTest, StopEndsASleepingLoopPromptly) {
     EXPECT_TRUE(log_.contains("private_->thread_start_"));
 }
 
+// A stop during a silent gripper's exchange waits for the exchange, which times out as it always
+// does (every pass waited for in full), and then ends the loop.
+TEST_F(DriverTest, StopDuringASilentExchangeEndsTheLoopOnceTheExchangeTimedOut) {
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
+    simulator_.set_fault(gripper, gripper_sim::Fault::silent);
+    const long frames = snapshot(gripper).frames_received;
+    ASSERT_TRUE(wait_until([&] { return snapshot(gripper).frames_received > frames; }));
+    log_.clear();
+    auto stopped = std::async(std::launch::async, [&] { driver_->stop_loop_update(); });
+    ASSERT_EQ(std::future_status::ready, stopped.wait_for(std::chrono::seconds(5)));
+    EXPECT_EQ(4, log_.count("W (current_time - start_time) > millis"));
+    EXPECT_TRUE(log_.contains("count > 3"));
+    const long after_stop = snapshot(gripper).frames_received;
+    log_.clear();
+    driver_->stop_loop_update();
+    EXPECT_TRUE(log_.contains("private_->thread_start_"));
+    EXPECT_EQ(after_stop, snapshot(gripper).frames_received);
+}
+
 TEST_F(DriverTest, StatusChangesAreReportedOnceAndNamesRoundTrip) {
     const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
     ASSERT_TRUE(connect_serial(gripper));
