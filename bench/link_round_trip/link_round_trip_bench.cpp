@@ -135,9 +135,10 @@ std::vector<PacedCase> paced_cases() {
 }
 
 void print_paced_row(const char* line, const char* client, const RoundTrips& trips) {
-    std::printf("| %s | %s | %.1f | %.1f | %.1f | %d |\n", line, client,
+    std::printf("| %s | %s | %.1f | %.1f | %.1f | %.2f | %d |\n", line, client,
                 percentile(trips.micros, 0.5), percentile(trips.micros, 0.99),
-                trips.cpu_micros / ROUND_TRIP_SAMPLES, trips.failures);
+                trips.cpu_micros / ROUND_TRIP_SAMPLES, trips.wakeups / ROUND_TRIP_SAMPLES,
+                trips.failures);
 }
 
 double ratio(double ours, double theirs) {
@@ -146,16 +147,17 @@ double ratio(double ours, double theirs) {
 
 void print_paced_case(const PacedCase& paced, const PacedRoundTrips& trips) {
     if (!trips.measured) {
-        std::printf("| %s | not measured | | | | |\n", paced.name);
+        std::printf("| %s | not measured | | | | | |\n", paced.name);
         return;
     }
     print_paced_row(paced.name, "ours", trips.ours);
     print_paced_row(paced.name, "libmodbus", trips.libmodbus);
     std::printf(
-        "| %s | ratio ours / libmodbus | %.2f | %.2f | %.2f | |\n", paced.name,
+        "| %s | ratio ours / libmodbus | %.2f | %.2f | %.2f | %.2f | |\n", paced.name,
         ratio(percentile(trips.ours.micros, 0.5), percentile(trips.libmodbus.micros, 0.5)),
         ratio(percentile(trips.ours.micros, 0.99), percentile(trips.libmodbus.micros, 0.99)),
-        ratio(trips.ours.cpu_micros, trips.libmodbus.cpu_micros));
+        ratio(trips.ours.cpu_micros, trips.libmodbus.cpu_micros),
+        ratio(trips.ours.wakeups, trips.libmodbus.wakeups));
 }
 
 // Round trips on simulated 115200 8N1 lines; false when one could not be measured or failed.
@@ -163,9 +165,10 @@ bool measure_paced_lines() {
     const int cores = static_cast<int>(sysconf(_SC_NPROCESSORS_ONLN));
     std::printf(
         "| Modbus read of 0x0202 at %d baud, 8N1 (on the wire: %.0f µs), %d exchanges each, in "
-        "turns | client | median µs | p99 µs | caller CPU µs per exchange | failed |\n",
+        "turns | client | median µs | p99 µs | caller CPU µs per exchange | wake-ups per "
+        "exchange | failed |\n",
         BAUD, wire_micros(BAUD), ROUND_TRIP_SAMPLES);
-    std::printf("|---|---|---:|---:|---:|---:|\n");
+    std::printf("|---|---|---:|---:|---:|---:|---:|\n");
     bool all = true;
     bool realtime = true;
     for (const PacedCase& paced : paced_cases()) {

@@ -2,6 +2,7 @@
 
 #include <modbus/modbus.h>
 
+#include <sys/resource.h>
 #include <time.h>
 
 #include <chrono>
@@ -67,6 +68,12 @@ private:
     bool ready_;
 };
 
+double thread_wakeups() {
+    struct rusage usage;
+    getrusage(RUSAGE_THREAD, &usage);
+    return static_cast<double>(usage.ru_nvcsw);
+}
+
 double thread_cpu_micros() {
     struct timespec time;
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
@@ -76,6 +83,7 @@ double thread_cpu_micros() {
 // Times `count` exchanges of the client into `trips`; a client that is not ready fails them all.
 void time_exchanges(RoundTripClient& client, int count, RoundTrips& trips) {
     const double cpu_start = thread_cpu_micros();
+    const double wakeups_start = thread_wakeups();
     for (int i = 0; i < count; ++i) {
         const auto start = std::chrono::steady_clock::now();
         const bool answered = client.ready() && client.exchange();
@@ -88,6 +96,7 @@ void time_exchanges(RoundTripClient& client, int count, RoundTrips& trips) {
         }
     }
     trips.cpu_micros += thread_cpu_micros() - cpu_start;
+    trips.wakeups += thread_wakeups() - wakeups_start;
 }
 
 }  // namespace

@@ -6,11 +6,13 @@
 #include <vector>
 
 // Timed exchanges of one client: the round trip of each successful one in microseconds, the
-// number that failed, and the CPU time the calling thread spent on all of them.
+// number that failed, and the CPU time the calling thread spent on all of them and how often it
+// went to sleep (voluntary context switches: each is a wake-up later).
 struct RoundTrips {
     std::vector<double> micros;
     int failures = 0;
     double cpu_micros = 0.0;
+    double wakeups = 0.0;
 };
 
 // Exchanges timed per client after its warm-up, in turns of ROUND_TRIP_TURN exchanges.

@@ -1,6 +1,6 @@
 // How an exchange waits for its answer: with the driver lock held, asleep while nothing can
-// arrive. It sleeps until the first byte comes, then for about the time the missing bytes take
-// on the wire, and, if they have not come by then, until the line hands more over.
+// arrive. It sleeps until the first byte comes, then for the time the missing bytes take on the
+// wire, and, if they have not all come by then, until more arrive.
 #include <poll.h>
 #include <time.h>
 
@@ -36,29 +36,28 @@ public:
 
     // Sleeps at most millis, until more of the answer may be there.
     void sleep(int present, int missing, int32_t millis) {
-        const bool progress = present != last_present_;
-        last_present_ = present;
         const long limit = static_cast<long>(millis) * NANOS_PER_MILLI;
         if (!arrival_.watching()) {
             nap(std::min(NAP_NANOS, limit));
-        } else if (0 == present && progress) {
+        } else if (0 == present && !polled_) {
+            polled_ = true;
             arrival_.wait_for_first(millis);
         } else if (0 == present) {
             // Woken without a byte: the peer hung up or closed; nothing comes any more.
             nap(limit);
-        } else if (progress) {
+        } else if (0 == pause_nanos_) {
             // The rest is on its way: sleep for the time it takes on the wire.
             pause_nanos_ = missing * CHARACTER_NANOS;
             arrival_.sleep(std::min(pause_nanos_, limit));
         } else {
-            wait_for_held_bytes(present, millis, limit);
+            wait_for_late_bytes(present, millis, limit);
         }
     }
 
 private:
-    // Nothing came in the time the missing bytes take on the wire: the line hands bytes over
-    // in chunks, as a USB adapter does. Sleep until the next chunk arrives.
-    void wait_for_held_bytes(int present, int32_t millis, long limit) {
+    // Bytes still missing after their time on the wire come late, or the line hands bytes over
+    // in chunks, as a USB adapter does: sleep until more arrive.
+    void wait_for_late_bytes(int present, int32_t millis, long limit) {
         arrival_.forget_arrivals();
         if (link_.available() != present) {
             return;
@@ -71,7 +70,7 @@ private:
 
     GripperByteArrival& arrival_;
     GripperCommunication& link_;
-    int last_present_ = -1;
+    bool polled_ = false;
     long pause_nanos_ = 0;
 };
 
