@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Benchmarks: round trips against the simulator beside libmodbus, and the CPU cost of idle grippers.
+# Benchmarks: round trips beside libmodbus on a pseudo-terminal and on paced serial lines, the
+# cost of polling connected grippers beside libmodbus (docs/benchmarks.md), then the plug-in.
 set -euo pipefail
 build_dir=${1:-build}
 "$build_dir/bench/link_round_trip/link_round_trip_bench"

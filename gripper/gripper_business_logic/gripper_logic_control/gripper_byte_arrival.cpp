@@ -46,9 +46,9 @@ void GripperByteArrival::watch(int descriptor) {
     timer_ = timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
 }
 
-void GripperByteArrival::wait_for_first(int millis) {
+bool GripperByteArrival::wait_for_first(int millis) {
     struct pollfd readable = {descriptor_, POLLIN, 0};
-    poll(&readable, 1, millis);
+    return poll(&readable, 1, millis) > 0;
 }
 
 void GripperByteArrival::forget_arrivals() {

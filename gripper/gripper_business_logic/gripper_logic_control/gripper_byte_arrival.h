@@ -16,8 +16,9 @@ public:
     // The descriptor to watch; -1 for none.
     void watch(int descriptor);
     bool watching() const { return descriptor_ >= 0; }
-    // Sleeps until a byte can be read, the peer hangs up, or millis pass.
-    void wait_for_first(int millis);
+    // Sleeps until a byte can be read, the peer hangs up, or millis pass; true when woken by
+    // the descriptor.
+    bool wait_for_first(int millis);
     // Forgets the arrivals reported so far: the next wait_for_more() waits for a new one.
     void forget_arrivals();
     // Sleeps until bytes arrive after the last forget_arrivals(), or millis pass; false at once

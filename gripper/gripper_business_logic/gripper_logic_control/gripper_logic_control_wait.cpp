@@ -40,8 +40,7 @@ public:
         if (!arrival_.watching()) {
             nap(std::min(NAP_NANOS, limit));
         } else if (0 == present && !polled_) {
-            polled_ = true;
-            arrival_.wait_for_first(millis);
+            polled_ = arrival_.wait_for_first(millis);
         } else if (0 == present) {
             // Woken without a byte: the peer hung up or closed; nothing comes any more.
             nap(limit);
