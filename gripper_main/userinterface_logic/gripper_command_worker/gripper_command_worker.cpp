@@ -80,9 +80,14 @@ void GripperCommandWorker::retire(GripperLogicControl* driver) {
     keep_once(retired_drivers_, driver);
 }
 
-void GripperCommandWorker::retire(GripperDevice* device) {
+size_t GripperCommandWorker::queued() const {
     std::lock_guard<std::mutex> lock(mutex_);
-    keep_once(retired_devices_, device);
+    return queue_.size();
+}
+
+void GripperCommandWorker::keep(GripperDevice* device) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    keep_once(kept_devices_, device);
 }
 
 void GripperCommandWorker::run() {

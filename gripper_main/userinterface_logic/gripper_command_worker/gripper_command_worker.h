@@ -28,10 +28,10 @@ struct GripperDevice;
 // call to a deleted object is discarded). After release(owner) returns, nothing of that owner
 // runs any more.
 //
-// The worker also keeps the drivers and device slots that the pages retired (destroyed by the
-// connection manager, removed from the registry) and frees them only when it ends, at process
-// exit after its thread has stopped: a page, a script command or a queued task that still holds
-// such a pointer never sees it dangle.
+// The link worker also keeps the drivers the connection manager destroyed and every device
+// record the pages made (in the registry or removed from it), and frees them only when it ends,
+// at process exit after both workers' threads have stopped: a page, a script command or a queued
+// task that still holds such a pointer never sees it dangle.
 class GripperCommandWorker {
 public:
     typedef std::function<void()> Completion;
@@ -58,11 +58,13 @@ public:
     void post(const void* owner, Work work, Key key = Key{nullptr, 0});
     // Drops the owner's queued tasks and waits for its running one to end.
     void release(const void* owner);
+    // The number of tasks waiting to start.
+    size_t queued() const;
 
     // Takes a driver that the connection manager destroyed; each driver is kept once.
     void retire(GripperLogicControl* driver);
-    // Takes a device slot that was removed from the registry; each slot is kept once.
-    void retire(GripperDevice* device);
+    // Takes a device record made for the pages; each record is kept once.
+    void keep(GripperDevice* device);
 
 private:
     struct Task {
@@ -75,14 +77,14 @@ private:
     bool next(Task& task);
     void finish(const Completion& completion);
 
-    std::mutex mutex_;
+    mutable std::mutex mutex_;
     std::condition_variable wake_;
     std::condition_variable finished_;
     std::deque<Task> queue_;
     const void* running_owner_;
     bool stopping_;
     std::vector<std::unique_ptr<GripperLogicControl>> retired_drivers_;
-    std::vector<std::unique_ptr<GripperDevice>> retired_devices_;
+    std::vector<std::unique_ptr<GripperDevice>> kept_devices_;
     std::thread thread_;
 };
 

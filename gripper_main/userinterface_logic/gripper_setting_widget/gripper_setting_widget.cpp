@@ -233,7 +233,9 @@ void GripperSettingWidget::on_combo_box_index__activated(const QString&) {
 void GripperSettingWidget::add_deviceIndex() {
     on_combo_box_node__activated(QStringLiteral("ADD"));
     for (int added = 0; added < device_count_index_ - previous_count_index_; ++added) {
-        GripperGlobal::instance().add_device(GripperGlobal::insert_device());
+        GripperDevice* device = GripperGlobal::insert_device();
+        GripperCommandWorker::instance().keep(device);
+        GripperGlobal::instance().add_device(device);
     }
 }
 
@@ -248,15 +250,14 @@ void GripperSettingWidget::del_deviceIndex() {
             continue;
         }
         registry.remove_device(device);
-        retire_device(device);
+        disconnect_removed(device);
     }
 }
 
-void GripperSettingWidget::retire_device(GripperDevice* device) {
+void GripperSettingWidget::disconnect_removed(GripperDevice* device) {
     if (nullptr != device->gripper_abstract_control_ && 0 == busy_devices_.count(device)) {
         start_disconnect(device);
     }
-    GripperCommandWorker::instance().retire(device);
 }
 
 void GripperSettingWidget::queue_update_ui() {

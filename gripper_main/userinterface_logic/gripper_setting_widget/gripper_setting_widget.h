@@ -118,7 +118,7 @@ private:
 
     void start_connect(GripperDevice* device);
     void start_disconnect(GripperDevice* device);
-    void retire_device(GripperDevice* device);
+    void disconnect_removed(GripperDevice* device);
     void run_job(const std::function<std::function<void()>()>& work);
     void job_started(GripperDevice* device);
     void job_finished(GripperDevice* device);

@@ -84,8 +84,9 @@ TEST(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRun
     GripperCommandWorker worker;
     Journal journal;
     Gate gate;
-    const int page = 0;
-    const int other_page = 0;
+    const int pages[2] = {0, 0};
+    const int& page = pages[0];
+    const int& other_page = pages[1];
     worker.post(&page, gate.task(journal, "running"));
     worker.post(&page, note(journal, "queued"));
     worker.post(&other_page, note(journal, "other"));
@@ -95,8 +96,9 @@ TEST(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRun
         worker.release(&page);
         released = true;
     });
-    ASSERT_TRUE(wait_until([&] { return 1u == journal.entries().size(); }));
+    ASSERT_TRUE(wait_until([&] { return 1u == worker.queued(); }));
     EXPECT_FALSE(released.load());
+    EXPECT_EQ(std::vector<std::string>{"running"}, journal.entries());
     gate.open();
     closing.join();
     ASSERT_TRUE(wait_until([&] { return 3u == journal.entries().size(); }));
@@ -130,12 +132,12 @@ TEST(GripperCommandWorkerTest, AKeyedTaskReplacesTheQueuedOneOfTheSameOwnerAndKe
               journal.entries());
 }
 
-TEST(GripperCommandWorkerTest, KeepsRetiredObjectsOnceUntilItEnds) {
+TEST(GripperCommandWorkerTest, KeepsObjectsOnceUntilItEnds) {
     GripperCommandWorker worker;
     GripperDevice* device = new GripperDevice();
-    worker.retire(device);
-    worker.retire(device);
-    worker.retire(static_cast<GripperDevice*>(nullptr));
+    worker.keep(device);
+    worker.keep(device);
+    worker.keep(nullptr);
     worker.retire(static_cast<GripperLogicControl*>(nullptr));
     device->connection_type_ = GripperCommunication::CC_TCP_CLIENT;
     EXPECT_EQ(GripperCommunication::CC_TCP_CLIENT, device->connection_type_);
