@@ -202,10 +202,11 @@ bool measure_polling() {
     SimulatorProcess simulator(GRIPPER_SIM_PROGRAM, 2 * grippers,
                                SimulatedLine{BAUD, 0, SLOW_STROKE_MS});
     std::printf(
-        "| Connected grippers on wire-paced %d baud lines (%d s) | grippers | client | CPU per "
+        "| Connected grippers on wire-paced %d baud lines (median of %d windows of %d s) | "
+        "grippers | client | CPU per "
         "gripper, %% of a core | wake-ups/s per gripper | exchanges/s per gripper | CPU µs per "
         "exchange | wake-ups per exchange |\n",
-        BAUD, POLLING_WINDOW_SECONDS);
+        BAUD, POLLING_WINDOWS, POLLING_WINDOW_SECONDS);
     std::printf("|---|---:|---|---:|---:|---:|---:|---:|\n");
     bool all = simulator.running();
     for (int count : {1, grippers}) {

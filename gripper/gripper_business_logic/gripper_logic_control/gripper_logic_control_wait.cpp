@@ -34,6 +34,14 @@ public:
     AnswerWait(GripperByteArrival& arrival, GripperCommunication& link)
         : arrival_(arrival), link_(link) {}
 
+    // Sleeps until the answer begins to arrive, at most millis. Right after its request no
+    // answer is there yet, so looking first would only cost a call.
+    void begin(int32_t millis) {
+        if (arrival_.watching()) {
+            polled_ = arrival_.wait_for_first(millis);
+        }
+    }
+
     // Sleeps at most millis, until more of the answer may be there.
     void sleep(int present, int missing, int32_t millis) {
         const long limit = static_cast<long>(millis) * NANOS_PER_MILLI;
@@ -79,6 +87,7 @@ bool GripperLogicControl::wait_for_length_available(int length, int millis) {
     const int32_t start_time = MiscellaneousUtility::current_time_millis();
     std::lock_guard<GripperDriverMutex> lock(private_->mutex_);
     AnswerWait wait(private_->byte_arrival_, *private_->communication_);
+    wait.begin(millis + 1);
     for (;;) {
         const int available_length = private_->communication_->available();
         if (-1 == available_length) {
