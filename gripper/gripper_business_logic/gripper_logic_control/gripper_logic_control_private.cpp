@@ -43,7 +43,8 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       cached_position_(0.0f),
       cached_force_(0),
       cached_speed_(0),
-      zeroes_pending_(false) {
+      zeroes_pending_(false),
+      zeroing_(false) {
     sem_init(&semaphore_, 0, 0);
 }
 
@@ -251,6 +252,7 @@ bool GripperLogicControlPrivate::sync_values() {
 bool GripperLogicControlPrivate::sync_initialize() {
     initialize_ = 0;
     zeroes_pending_ = true;
+    zeroing_ = true;
     set_gripper_position(0);
     set_gripper_force(0);
     if (support_speed()) {
@@ -259,6 +261,7 @@ bool GripperLogicControlPrivate::sync_initialize() {
     if (support_angle()) {
         set_gripper_angle(0);
     }
+    zeroing_ = false;
     AbstractPackageData data;
     if (!read_back(parent_->gripper_protocol_->build_initialize_protocol(id_, false),
                    GripperProtocol::PT_INITIALIZE, data)) {
@@ -330,6 +333,7 @@ void GripperLogicControlPrivate::set_gripper_position(int int_value) {
     position_ = percent;
     GRIPPER_LOG("D", "position_ = %f", static_cast<double>(position_));
     const float position = position_;
+    publish_value(cached_position_, position);
     notify([this, position](GripperLogicControl::NotifyInterface* observer) {
         observer->on_position_changed(parent_, position);
     });
@@ -340,6 +344,7 @@ void GripperLogicControlPrivate::set_gripper_force(int force) {
         return;
     }
     force_ = force;
+    publish_value(cached_force_, force);
     notify([this, force](GripperLogicControl::NotifyInterface* observer) {
         observer->on_force_changed(parent_, force);
     });
@@ -350,9 +355,19 @@ void GripperLogicControlPrivate::set_gripper_speed(int speed) {
         return;
     }
     speed_ = speed;
+    publish_value(cached_speed_, speed);
     notify([this, speed](GripperLogicControl::NotifyInterface* observer) {
         observer->on_speed_changed(parent_, speed);
     });
+}
+
+// A value is published before its observers hear of it, so that a page redrawing on the
+// notification reads it; the zeroes a read-back cycle reports first are not.
+template <typename T>
+void GripperLogicControlPrivate::publish_value(std::atomic<T>& cached, T value) {
+    if (!zeroing_) {
+        cached = value;
+    }
 }
 
 void GripperLogicControlPrivate::publish_values() {

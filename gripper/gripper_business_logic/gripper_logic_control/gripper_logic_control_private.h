@@ -69,6 +69,8 @@ public:
     // Makes the stored values the ones cached_position() and its siblings answer, unless a
     // read-back has reported its zeroes and not yet the real values.
     void publish_values();
+    template <typename T>
+    void publish_value(std::atomic<T>& cached, T value);
     bool sync_values();
 
     GripperLogicControl* parent_;
@@ -107,6 +109,8 @@ public:
     std::atomic<int32_t> cached_speed_;
     // Set from the zeroes of sync_initialize() until sync() has read the real values.
     bool zeroes_pending_;
+    // Set while sync_initialize() reports its zeroes.
+    bool zeroing_;
 
 private:
     bool choose_protocol();

@@ -58,7 +58,46 @@ private:
     GripperLogicControl::NotifyInterface* other_;
 };
 
+// Reads the cached values inside each notification of a real value, as a redraw queued by that
+// notification may run at once, and counts the reads that still show an older value.
+class StaleReadObserver : public RecordingObserver {
+public:
+    void on_position_changed(GripperLogicControl* control, float position) override {
+        RecordingObserver::on_position_changed(control, position);
+        count_stale(0.0f != position && control->cached_position() != position);
+    }
+    void on_force_changed(GripperLogicControl* control, int force) override {
+        RecordingObserver::on_force_changed(control, force);
+        count_stale(0 != force && control->cached_force() != force);
+    }
+    void on_speed_changed(GripperLogicControl* control, int speed) override {
+        RecordingObserver::on_speed_changed(control, speed);
+        count_stale(0 != speed && control->cached_speed() != speed);
+    }
+    int stale() const { return stale_; }
+
+private:
+    void count_stale(bool stale) { stale_ += stale ? 1 : 0; }
+
+    std::atomic<int> stale_{0};
+};
+
 }  // namespace
+
+TEST_F(DriverTest, ANotifiedValueIsAlreadyCachedForTheRedrawItCauses) {
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    StaleReadObserver observer;
+    driver_.reset(new GripperUSBSerialportCommunicationControl());
+    driver_->add_notify_interface(&observer);
+    ASSERT_TRUE(driver_->open({"CO_MANUAL", simulator_.endpoint(gripper)}));
+    ASSERT_TRUE(driver_->handshake() && driver_->sync());
+    driver_->start_loop_update();
+    ASSERT_TRUE(activate() && driver_->set_force(60) && driver_->set_position(40.0f));
+    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
+    ASSERT_TRUE(wait_until([&] { return observer.seen("position 40.0"); }));
+    EXPECT_EQ(0, observer.stale());
+    driver_->remove_notify_interface(&observer);
+}
 
 TEST_F(DriverTest, CachedValuesFollowFinishedCyclesAndNeverShowTheirZeroes) {
     gripper_sim::GripperOptions options = quick_options(1, 1000, 50);
