@@ -8,7 +8,7 @@ packages=(
     qtbase5-dev libqt5serialport5-dev
     libspdlog-dev libfmt-dev nlohmann-json3-dev
     libmodbus-dev socat
-    qttools5-dev qttools5-dev-tools fonts-dejavu-core python3-clang-14 xvfb xauth
+    qttools5-dev qttools5-dev-tools fonts-dejavu-core fonts-wqy-microhei python3-clang-14 xvfb xauth
 )
 
 missing=()
