@@ -1,0 +1,70 @@
+// The wall clock stepped: in this process CLOCK_REALTIME reads an hour ahead of the system's,
+// as if the clock had been set back an hour after every deadline computed on it. No wait of the
+// driver may depend on that clock: a stop must still end the update loop at once.
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <thread>
+
+#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+
+namespace {
+
+std::atomic<bool> g_clock_stepped{false};
+const time_t kStep = 3600;
+
+// Holds the driver lock from inside a notification until the update thread waits for it, then
+// stops the loop, as in the loop tests.
+class StoppingObserver : public RecordingObserver {
+public:
+    explicit StoppingObserver(GripperLogicControl* driver) : driver_(driver) {}
+    void on_force_changed(GripperLogicControl*, int force) override {
+        if (65 == force) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1300));
+            driver_->stop_loop_update();
+        }
+    }
+
+private:
+    GripperLogicControl* driver_;
+};
+
+}  // namespace
+
+// Every reader of the wall clock in this process, the standard library included, sees it stepped.
+extern "C" int clock_gettime(clockid_t clock, struct timespec* time) {
+    const int result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    if (0 == result && CLOCK_REALTIME == clock && g_clock_stepped.load()) {
+        time->tv_sec += kStep;
+    }
+    return result;
+}
+
+TEST_F(DriverTest, StopEndsTheLoopPromptlyWhenTheWallClockIsStepped) {
+    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
+    ASSERT_TRUE(connect_serial(gripper) && activate());
+    StoppingObserver stopper(driver_.get());
+    driver_->add_notify_interface(&stopper);
+    g_clock_stepped = true;
+
+    std::atomic<bool> done{false};
+    std::thread command([&] {
+        driver_->set_force(65);
+        done = true;
+    });
+    if (!wait_until([&] { return done.load(); }, std::chrono::seconds(20))) {
+        // The stop waits for an update thread that waits for the lock until the stepped
+        // deadline: give up instead of hanging for an hour.
+        ADD_FAILURE() << "the stop did not end the loop";
+        std::_Exit(1);
+    }
+    command.join();
+    g_clock_stepped = false;
+    driver_->remove_notify_interface(&stopper);
+    log_.clear();
+    driver_->stop_loop_update();
+    EXPECT_TRUE(log_.contains("private_->thread_start_"));
+}
