@@ -67,8 +67,9 @@ public:
     float get_position() const;
     int get_force();
     int get_speed();
-    // The values as of the end of the last finished update cycle, command or sync, without
-    // waiting for the driver lock: for the pendant's interface thread. 0 before the first sync.
+    // The last values read from the gripper, without waiting for the driver lock: for the
+    // pendant's interface thread. A value is cached before its observers hear of it; the zeroes
+    // a read-back cycle reports first are not. 0 before the first sync.
     float cached_position() const;
     int cached_force() const;
     int cached_speed() const;
