@@ -29,6 +29,8 @@ public:
     virtual Bytes serve(const pollfd* fds, size_t count) = 0;
     // Writes a frame to the client; lost when there is none.
     virtual void send(const Bytes& frame) = 0;
+    // True once after a new client replaced the old one: answers still queued were the old one's.
+    virtual bool take_client_change() { return false; }
     // "/dev/pts/N" or "127.0.0.1:PORT".
     virtual std::string endpoint() const = 0;
     virtual uint16_t tcp_port() const { return 0; }

@@ -131,6 +131,9 @@ void SimulatedGripper::wait_and_serve() {
             run_tasks();
         } else {
             const Bytes bytes = port_->serve(fds.data() + 1, fds.size() - 1);
+            if (port_->take_client_change()) {
+                forget_traffic();
+            }
             if (!bytes.empty()) {
                 on_bytes(bytes);
             }

@@ -106,6 +106,13 @@ void TcpPort::accept_client() {
     const int on = 1;
     ::setsockopt(client, IPPROTO_TCP, TCP_NODELAY, &on, sizeof(on));
     client_ = client;
+    client_changed_ = true;
+}
+
+bool TcpPort::take_client_change() {
+    const bool changed = client_changed_;
+    client_changed_ = false;
+    return changed;
 }
 
 Bytes TcpPort::receive() {

@@ -24,6 +24,7 @@ public:
     void add_poll_fds(std::vector<pollfd>& fds) const override;
     Bytes serve(const pollfd* fds, size_t count) override;
     void send(const Bytes& frame) override;
+    bool take_client_change() override;
     std::string endpoint() const override;
     uint16_t tcp_port() const override { return port_; }
     const char* kind() const override { return "tcp"; }
@@ -37,6 +38,7 @@ private:
     uint16_t port_;
     int listener_ = -1;
     int client_ = -1;
+    bool client_changed_ = false;
 };
 
 }  // namespace gripper_sim
