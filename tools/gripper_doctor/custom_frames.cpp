@@ -15,69 +15,45 @@ const size_t FRAME_LENGTH = Custom::FRAME_LENGTH;
 const size_t OFFSET_TRAILER = FRAME_LENGTH - 1;
 const uint8_t ANY_GRIPPER = 0xFF;
 
-// A request the protocol builds for a gripper id, read or write and a written value, with the
-// package type its answer decodes as (PT_UNDEFINE: the value is shown as it is).
+// A request the protocol builds, with the package type its answer decodes as (PT_UNDEFINE: the
+// value is shown as it is).
 struct Request {
     const char* name;
     GripperProtocol::PackageType type;
-    Bytes (*build)(Custom& protocol, uint8_t id, bool set, int value);
+    Bytes frame;
 };
 
-// The slow-mode switch is written with the register's secondary byte 1 to switch slow mode on
-// and 2 to switch it off, whatever the enumerators' names say.
-const Request REQUESTS[] = {
-    {"device id", GripperProtocol::PT_ID,
-     [](Custom& p, uint8_t, bool, int) { return p.build_id_protocol(); }},
-    {"firmware version", GripperProtocol::PT_VERSION,
-     [](Custom& p, uint8_t id, bool, int) { return p.build_version_protocol(id); }},
-    {"initialisation", GripperProtocol::PT_INITIALIZE,
-     [](Custom& p, uint8_t id, bool set, int) { return p.build_initialize_protocol(id, set); }},
-    {"move feedback", GripperProtocol::PT_MOVE_FEEDBACK,
-     [](Custom& p, uint8_t id, bool, int) { return p.build_move_feedback_protocol(id); }},
-    {"turn feedback", GripperProtocol::PT_TURN_FEEDBACK,
-     [](Custom& p, uint8_t id, bool, int) { return p.build_turn_feedback_protocol(id); }},
-    {"slow mode on", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int) {
-         return p.build_slow_protocol(id, set, GripperProtocol::SM_NORMAL);
-     }},
-    {"slow mode off", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int) {
-         return p.build_slow_protocol(id, set, GripperProtocol::SM_SLOW);
-     }},
-    {"position", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int value) {
-         return p.build_position_protocol(id, set, value);
-     }},
-    {"force", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int value) {
-         return p.build_force_protocol(id, set, value);
-     }},
-    {"closing force", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int value) {
-         return p.build_closing_force_protocol(id, set, value);
-     }},
-    {"angle", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool set, int value) {
-         return p.build_angle_protocol(id, set, value);
-     }},
-    {"stop-current acknowledgement", GripperProtocol::PT_UNDEFINE,
-     [](Custom& p, uint8_t id, bool, int) {
-         return p.build_stop_current_droped_feedback_protocol(id);
-     }},
-};
-
-const Request UNKNOWN = {"unknown register", GripperProtocol::PT_UNDEFINE, nullptr};
+// Every request the protocol builds for a gripper id, read or written with value. The slow-mode
+// switch is written with secondary byte 1 to switch slow mode on and 2 to switch it off, whatever
+// the enumerators' names say.
+std::vector<Request> requests(uint8_t id, bool set, int value) {
+    Custom p;
+    const GripperProtocol::PackageType shown = GripperProtocol::PT_UNDEFINE;
+    return {
+        {"device id", GripperProtocol::PT_ID, p.build_id_protocol()},
+        {"firmware version", GripperProtocol::PT_VERSION, p.build_version_protocol(id)},
+        {"initialisation", GripperProtocol::PT_INITIALIZE, p.build_initialize_protocol(id, set)},
+        {"move feedback", GripperProtocol::PT_MOVE_FEEDBACK, p.build_move_feedback_protocol(id)},
+        {"turn feedback", GripperProtocol::PT_TURN_FEEDBACK, p.build_turn_feedback_protocol(id)},
+        {"slow mode on", shown, p.build_slow_protocol(id, set, GripperProtocol::SM_NORMAL)},
+        {"slow mode off", shown, p.build_slow_protocol(id, set, GripperProtocol::SM_SLOW)},
+        {"position", shown, p.build_position_protocol(id, set, value)},
+        {"force", shown, p.build_force_protocol(id, set, value)},
+        {"closing force", shown, p.build_closing_force_protocol(id, set, value)},
+        {"angle", shown, p.build_angle_protocol(id, set, value)},
+        {"stop-current acknowledgement", shown, p.build_stop_current_droped_feedback_protocol(id)},
+    };
+}
 
 // The request the protocol builds byte for byte the same as frame.
-const Request& request_of(const Bytes& frame, int32_t value) {
-    Custom protocol;
+Request request_of(const Bytes& frame, int32_t value) {
     const bool set = 1 == frame[Custom::OFFSET_READ_WRITE];
-    for (const Request& request : REQUESTS) {
-        if (request.build(protocol, frame[Custom::OFFSET_ID], set, value) == frame) {
+    for (const Request& request : requests(frame[Custom::OFFSET_ID], set, value)) {
+        if (request.frame == frame) {
             return request;
         }
     }
-    return UNKNOWN;
+    return {"unknown register", GripperProtocol::PT_UNDEFINE, frame};
 }
 
 std::string register_text(const Bytes& frame) {
@@ -162,7 +138,7 @@ Verdict CustomFrames::answer(const Bytes& request, const Bytes& answer) {
 // The answer as the protocol decodes it for the request's package type.
 std::string CustomFrames::meaning(const Bytes& request, const Bytes& answer) {
     const int32_t number = value(answer);
-    const Request& asked = request_of(request, value(request));
+    const Request asked = request_of(request, value(request));
     const uint8_t id = Custom::PRIMARY_REGISTER_ID == request[Custom::OFFSET_REGISTER_PRIMARY]
                            ? ANY_GRIPPER
                            : request[Custom::OFFSET_ID];

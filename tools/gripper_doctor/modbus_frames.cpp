@@ -14,59 +14,46 @@ const uint8_t EXCEPTION_BIT = 0x80;
 const uint8_t ANY_SLAVE = 0xFF;
 const size_t REQUEST_LENGTH = Modbus::WRITE_LENGTH;
 
-// A request the protocol builds for a slave id and a written value, with the package type its
-// answer decodes as (PT_UNDEFINE: the value is shown as it is).
+// A request the protocol builds, with the package type its answer decodes as (PT_UNDEFINE: the
+// value is shown as it is).
 struct Request {
     const char* name;
     GripperProtocol::PackageType type;
-    Bytes (*build)(Modbus& protocol, uint8_t id, int value);
+    Bytes frame;
 };
 
-const Request REQUESTS[] = {
-    {"device id", GripperProtocol::PT_ID,
-     [](Modbus& p, uint8_t, int) { return p.build_id_protocol(); }},
-    {"model code", GripperProtocol::PT_MODEL,
-     [](Modbus& p, uint8_t id, int) { return p.build_model_protocol(id); }},
-    {"firmware version", GripperProtocol::PT_VERSION,
-     [](Modbus& p, uint8_t id, int) { return p.build_version_protocol(id); }},
-    {"emergency", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_emergency_open(id); }},
-    {"emergency", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_emegency_close(id); }},
-    {"initialise", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_initialize_protocol(id, true); }},
-    {"initialisation state", GripperProtocol::PT_INITIALIZE,
-     [](Modbus& p, uint8_t id, int) { return p.build_initialize_protocol(id, false); }},
-    {"motion state", GripperProtocol::PT_MOVE_FEEDBACK,
-     [](Modbus& p, uint8_t id, int) { return p.build_move_feedback_protocol(id); }},
-    {"target position", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int value) { return p.build_position_protocol(id, true, value); }},
-    {"current position", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_position_protocol(id, false, 0); }},
-    {"force", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int value) { return p.build_force_protocol(id, true, value); }},
-    {"force", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_force_protocol(id, false, 0); }},
-    {"speed", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int value) { return p.build_speed_protocol(id, true, value); }},
-    {"speed", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int) { return p.build_speed_protocol(id, false, 0); }},
-    {"maximum current", GripperProtocol::PT_UNDEFINE,
-     [](Modbus& p, uint8_t id, int value) { return p.build_maximum_current_protocol(id, value); }},
-};
-
-const Request UNKNOWN = {"unknown register", GripperProtocol::PT_UNDEFINE, nullptr};
+// Every request the protocol builds for a slave id, the writes with value.
+std::vector<Request> requests(uint8_t id, int value) {
+    Modbus p;
+    const GripperProtocol::PackageType shown = GripperProtocol::PT_UNDEFINE;
+    return {
+        {"device id", GripperProtocol::PT_ID, p.build_id_protocol()},
+        {"model code", GripperProtocol::PT_MODEL, p.build_model_protocol(id)},
+        {"firmware version", GripperProtocol::PT_VERSION, p.build_version_protocol(id)},
+        {"emergency", shown, p.build_emergency_open(id)},
+        {"emergency", shown, p.build_emegency_close(id)},
+        {"initialise", shown, p.build_initialize_protocol(id, true)},
+        {"initialisation state", GripperProtocol::PT_INITIALIZE,
+         p.build_initialize_protocol(id, false)},
+        {"motion state", GripperProtocol::PT_MOVE_FEEDBACK, p.build_move_feedback_protocol(id)},
+        {"target position", shown, p.build_position_protocol(id, true, value)},
+        {"current position", shown, p.build_position_protocol(id, false, 0)},
+        {"force", shown, p.build_force_protocol(id, true, value)},
+        {"force", shown, p.build_force_protocol(id, false, 0)},
+        {"speed", shown, p.build_speed_protocol(id, true, value)},
+        {"speed", shown, p.build_speed_protocol(id, false, 0)},
+        {"maximum current", shown, p.build_maximum_current_protocol(id, value)},
+    };
+}
 
 // The request the protocol builds byte for byte the same as frame.
-const Request& request_of(const Bytes& frame) {
-    Modbus protocol;
-    const int value = frame[4] << 8 | frame[5];
-    for (const Request& request : REQUESTS) {
-        if (request.build(protocol, frame[0], value) == frame) {
+Request request_of(const Bytes& frame) {
+    for (const Request& request : requests(frame[0], frame[4] << 8 | frame[5])) {
+        if (request.frame == frame) {
             return request;
         }
     }
-    return UNKNOWN;
+    return {"unknown register", GripperProtocol::PT_UNDEFINE, frame};
 }
 
 std::string exception_text(uint8_t code) {
@@ -187,7 +174,7 @@ Verdict ModbusFrames::read_answer(const Bytes& request, const Bytes& answer) {
 
 // The answer as the protocol decodes it for the request's package type.
 std::string ModbusFrames::meaning(const Bytes& request, const Bytes& answer) {
-    const Request& asked = request_of(request);
+    const Request asked = request_of(request);
     const AbstractPackageData data =
         Modbus().parse_get_normal_package(request[0], asked.type, answer);
     const uint16_t value = word(answer, 3);
