@@ -6,23 +6,28 @@ namespace {
 
 using gripper_sim::Simulator;
 
-TEST(DoctorProbe, ModbusGripperIsReportedInFullAndNothingIsWritten) {
+// The trace shows every frame in hex with its meaning, then the report follows.
+TEST(DoctorProbe, ModbusGripperIsTracedAndReportedInFullAndNothingIsWritten) {
     Simulator simulator;
     const int n = simulator.add_modbus_pty(quick_gripper());
 
-    const DoctorProcess::Result result = run_doctor({simulator.endpoint(n)});
+    const DoctorProcess::Result result = run_doctor({"--trace", simulator.endpoint(n)});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out, "  link          serial port, 115200 baud 8N1\n"));
-    EXPECT_TRUE(holds(result.out, "  protocol      Modbus RTU\n"));
-    EXPECT_TRUE(holds(result.out, "  device id     1\n"));
-    EXPECT_TRUE(holds(result.out, "  firmware      1.2 (bytes 01 02)\n"));
-    EXPECT_TRUE(holds(result.out, "  model series  3\n"));
-    EXPECT_TRUE(holds(result.out,
-                      "  limits        position 0.0 to 100.0 % in steps of 0.1, "
-                      "force 20 to 100 %, speed 20 to 100 %\n"));
-    EXPECT_TRUE(holds(result.out, "  initialised   no: activate it before moving it\n"));
-    EXPECT_TRUE(holds(result.out, "  result        OK"));
+    for (const char* line :
+         {"] -> FF 03 03 02 00 01 30 50   Modbus read of register 0x0302 (device id) at slave 255 "
+          "(any slave answers)\n",
+          "] <- 01 03 02 00 01 79 84   slave 1: device id 1, CRC ok\n", "] -> 01 03 0A 02 00 01 ",
+          "slave 1: firmware 1.2, CRC ok\n", "slave 1: model code 0x1000, model series 3, CRC ok\n",
+          "  link          serial port, 115200 baud 8N1\n", "  protocol      Modbus RTU\n",
+          "  device id     1\n", "  firmware      1.2 (bytes 01 02)\n", "  model series  3\n",
+          "  limits        position 0.0 to 100.0 % in steps of 0.1, force 20 to 100 %, speed 20 to "
+          "100 %\n",
+          "  initialised   no: activate it before moving it\n", "  result        OK"}) {
+        EXPECT_TRUE(holds(result.out, line));
+    }
+    EXPECT_EQ(0u, result.out.find('[')) << result.out;
+    EXPECT_EQ(':', result.out[3]);
     const gripper_sim::GripperSnapshot state = simulator.snapshot(n);
     EXPECT_FALSE(state.initialised);
     EXPECT_EQ(0, state.target);
@@ -90,24 +95,6 @@ TEST(DoctorProbe, TcpGripperTakesTheModelSeriesItsVersionStandsFor) {
     EXPECT_EQ(90, report["limits"]["force_max"]);
     EXPECT_EQ(false, report["initialised"]);
     EXPECT_TRUE(report["position"].is_null());
-}
-
-TEST(DoctorProbe, TraceShowsEveryFrameInHexWithItsMeaning) {
-    Simulator simulator;
-    const int n = simulator.add_modbus_pty(quick_gripper());
-
-    const DoctorProcess::Result result = run_doctor({"--trace", simulator.endpoint(n)});
-
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out,
-                      "] -> FF 03 03 02 00 01 30 50   Modbus read of register 0x0302 "
-                      "(device id) at slave 255 (any slave answers)\n"));
-    EXPECT_TRUE(holds(result.out, "] <- 01 03 02 00 01 79 84   slave 1: device id 1, CRC ok\n"));
-    EXPECT_TRUE(holds(result.out, "] -> 01 03 0A 02 00 01 "));
-    EXPECT_TRUE(holds(result.out, "slave 1: firmware 1.2, CRC ok\n"));
-    EXPECT_TRUE(holds(result.out, "slave 1: model code 0x1000, model series 3, CRC ok\n"));
-    EXPECT_EQ('[', result.out[0]);
-    EXPECT_EQ(':', result.out[3]);
 }
 
 }  // namespace

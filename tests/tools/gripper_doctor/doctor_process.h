@@ -3,60 +3,59 @@
 
 #include <fcntl.h>
 #include <grp.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <string>
-#include <vector>
-
 #include <nlohmann/json.hpp>
+#include <sstream>
 
-// The gripper-doctor program run as a child, with its stdout and stderr collected; optionally
+#include "tests/test_support/fd_stream.h"
+#include "tests/test_support/wait_until.h"
+
+// The gripper-doctor program run as a child, its stdout and stderr written to files; optionally
 // as the user nobody (the test must then run as root). Killed on destruction if still running.
 class DoctorProcess {
 public:
-    static const uid_t NOBODY = 65534;
-
     struct Result {
         int status = -1;  // exit status; -1 when it did not end in time
         std::string out;
         std::string err;
 
-        // The stdout lines that parse as JSON objects.
+        // The stdout lines, each one JSON object.
         std::vector<nlohmann::json> json_lines() const {
             std::vector<nlohmann::json> objects;
-            size_t start = 0;
-            for (size_t end = out.find('\n'); std::string::npos != end;
-                 start = end + 1, end = out.find('\n', start)) {
-                objects.push_back(nlohmann::json::parse(out.substr(start, end - start)));
+            std::istringstream lines(out);
+            for (std::string line; std::getline(lines, line);) {
+                objects.push_back(nlohmann::json::parse(line));
             }
             return objects;
         }
     };
 
-    explicit DoctorProcess(const std::vector<std::string>& args, bool as_nobody = false)
-        : args_(args) {
+    explicit DoctorProcess(std::vector<std::string> args, bool as_nobody = false) {
         // Everything the child needs is ready before the fork: it may only make system calls.
-        std::vector<char*> argv{const_cast<char*>(GRIPPER_DOCTOR_PROGRAM)};
-        for (std::string& arg : args_) {
+        args.insert(args.begin(), GRIPPER_DOCTOR_PROGRAM);
+        std::vector<char*> argv;
+        for (std::string& arg : args) {
             argv.push_back(&arg[0]);
         }
         argv.push_back(nullptr);
-        int out[2], err[2];
-        if (0 != ::pipe2(out, O_CLOEXEC) || 0 != ::pipe2(err, O_CLOEXEC)) {
-            return;
-        }
+        const int out = ::open(dir_.file("out").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+        const int err = ::open(dir_.file("err").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
         pid_ = ::fork();
         if (0 == pid_) {
-            exec_child(argv.data(), as_nobody, out[1], err[1]);
+            ::dup2(out, STDOUT_FILENO);
+            ::dup2(err, STDERR_FILENO);
+            const uid_t nobody = 65534;
+            if (!as_nobody ||
+                (0 == ::setgroups(0, nullptr) && 0 == ::setgid(nobody) && 0 == ::setuid(nobody))) {
+                ::execv(argv[0], argv.data());
+            }
+            ::_exit(127);
         }
-        ::close(out[1]);
-        ::close(err[1]);
-        out_fd_ = out[0];
-        err_fd_ = err[0];
+        ::close(out);
+        ::close(err);
     }
 
     ~DoctorProcess() {
@@ -64,73 +63,28 @@ public:
             ::kill(pid_, SIGKILL);
             ::waitpid(pid_, nullptr, 0);
         }
-        close_fd(out_fd_);
-        close_fd(err_fd_);
     }
 
     DoctorProcess(const DoctorProcess&) = delete;
     DoctorProcess& operator=(const DoctorProcess&) = delete;
 
-    // Collects the output until the program ends or the deadline passes.
+    // Waits for the program to end, at most deadline, and collects its output.
     Result wait(std::chrono::milliseconds deadline = std::chrono::seconds(30)) {
-        const auto end = std::chrono::steady_clock::now() + deadline;
-        while ((out_fd_ >= 0 || err_fd_ >= 0) && std::chrono::steady_clock::now() < end) {
-            collect();
-        }
+        Result result;
         int status = 0;
-        if (pid_ > 0 && pid_ == ::waitpid(pid_, &status, out_fd_ < 0 ? 0 : WNOHANG)) {
+        if (pid_ > 0 &&
+            wait_until([&] { return pid_ == ::waitpid(pid_, &status, WNOHANG); }, deadline)) {
             pid_ = -1;
-            result_.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+            result.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         }
-        return result_;
+        result.out = read_file(dir_.file("out"));
+        result.err = read_file(dir_.file("err"));
+        return result;
     }
 
 private:
-    static void exec_child(char* const* argv, bool as_nobody, int out, int err) {
-        ::dup2(out, STDOUT_FILENO);
-        ::dup2(err, STDERR_FILENO);
-        if (as_nobody &&
-            (0 != ::setgroups(0, nullptr) || 0 != ::setgid(NOBODY) || 0 != ::setuid(NOBODY))) {
-            ::_exit(126);
-        }
-        ::execv(GRIPPER_DOCTOR_PROGRAM, argv);
-        ::_exit(127);
-    }
-
-    void collect() {
-        struct pollfd fds[2] = {{out_fd_, POLLIN, 0}, {err_fd_, POLLIN, 0}};
-        if (::poll(fds, 2, 50) <= 0) {
-            return;
-        }
-        drain(fds[0], out_fd_, result_.out);
-        drain(fds[1], err_fd_, result_.err);
-    }
-
-    static void drain(const struct pollfd& ready, int& fd, std::string& text) {
-        if (fd < 0 || 0 == ready.revents) {
-            return;
-        }
-        char buffer[4096];
-        const ssize_t size = ::read(fd, buffer, sizeof(buffer));
-        if (size > 0) {
-            text.append(buffer, static_cast<size_t>(size));
-        } else {
-            close_fd(fd);
-        }
-    }
-
-    static void close_fd(int& fd) {
-        if (fd >= 0) {
-            ::close(fd);
-        }
-        fd = -1;
-    }
-
-    std::vector<std::string> args_;
+    TempDir dir_;
     pid_t pid_ = -1;
-    int out_fd_ = -1;
-    int err_fd_ = -1;
-    Result result_;
 };
 
 // Runs the program to its end.

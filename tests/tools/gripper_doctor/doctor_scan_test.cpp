@@ -81,6 +81,7 @@ private:
     const std::string root_;
 };
 
+// Text gives one line per port, JSON one object per port with where it was found.
 TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     AnnouncementFile announcement;
     Simulator simulator;
@@ -88,44 +89,34 @@ TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     const int modbus = simulator.add_modbus_pty(quick_gripper());
     announcement.write("PTY is " + simulator.endpoint(frames));
     FakeSystem system;
-    system.add_usb_device("1-1", "0403", "6001");
-    system.add_usb_tty("1-1", "ttyUSB0", simulator.endpoint(modbus));
-    const std::string usb_port = system.root() + "/dev/ttyUSB0";
+    system.add_usb_device("1-1", "0483", "5740");
+    system.add_usb_tty("1-1", "ttyACM0", simulator.endpoint(modbus));
+    const std::string usb_port = system.root() + "/dev/ttyACM0";
+    const std::string usb = "USB 0483:5740 (a known gripper adapter)\n";
 
     const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
+    const DoctorProcess::Result json = run_doctor({"--json", "--sysroot", system.root()});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
     EXPECT_TRUE(holds(result.out, "Candidate ports, as the plug-in's scan lists them:\n  " +
                                       simulator.endpoint(frames) + "  announced in /tmp/pts\n  " +
-                                      usb_port +
-                                      "  serial port, USB 0403:6001 (a known gripper adapter)\n"));
-    EXPECT_TRUE(holds(result.out, simulator.endpoint(frames)));
+                                      usb_port + "  serial port, " + usb));
     EXPECT_TRUE(holds(result.out,
-                      "  14-byte frame gripper, id 1, model series 1, firmware 1.2.1.3, "
-                      "not initialised\n"));
-    EXPECT_TRUE(holds(result.out, usb_port + "  Modbus RTU gripper, id 1, model series 3, "
-                                             "firmware 1.2, not initialised, USB 0403:6001 (a "
-                                             "known gripper adapter)\n"));
-}
-
-TEST(DoctorScan, JsonGivesOneObjectPerPortWithWhereItWasFound) {
-    AnnouncementFile announcement;
-    Simulator simulator;
-    const int modbus = simulator.add_modbus_pty(quick_gripper());
-    announcement.remove();
-    FakeSystem system;
-    system.add_usb_device("1-1", "0483", "5740");
-    system.add_usb_tty("1-1", "ttyACM0", simulator.endpoint(modbus));
-
-    const DoctorProcess::Result result = run_doctor({"--json", "--sysroot", system.root()});
-
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-    const std::vector<nlohmann::json> objects = result.json_lines();
-    ASSERT_EQ(1u, objects.size()) << result.out;
-    EXPECT_EQ(system.root() + "/dev/ttyACM0", objects[0]["target"]);
-    EXPECT_EQ("serial port", objects[0]["source"]);
-    EXPECT_EQ("0483:5740", objects[0]["usb"]);
-    EXPECT_EQ("modbus_rtu", objects[0]["protocol"]);
+                      "  14-byte frame gripper, id 1, model series 1, firmware "
+                      "1.2.1.3, not initialised\n"));
+    EXPECT_TRUE(holds(result.out, usb_port +
+                                      "  Modbus RTU gripper, id 1, model series 3, "
+                                      "firmware 1.2, not initialised, " +
+                                      usb));
+    EXPECT_EQ(0, json.status);
+    const std::vector<nlohmann::json> objects = json.json_lines();
+    ASSERT_EQ(2u, objects.size()) << json.out;
+    EXPECT_EQ("announced in /tmp/pts", objects[0]["source"]);
+    EXPECT_EQ("custom_frames", objects[0]["protocol"]);
+    EXPECT_EQ(usb_port, objects[1]["target"]);
+    EXPECT_EQ("serial port", objects[1]["source"]);
+    EXPECT_EQ("0483:5740", objects[1]["usb"]);
+    EXPECT_EQ("modbus_rtu", objects[1]["protocol"]);
 }
 
 TEST(DoctorScan, ScanProblemsAreReportedAndGiveStatusOne) {

@@ -28,25 +28,13 @@ inline testing::AssertionResult holds(const std::string& text, const std::string
     return testing::AssertionFailure() << "\"" << part << "\" not in:\n" << text;
 }
 
-// A Modbus write of one register of gripper 1, with its CRC.
-inline Bytes modbus_write(uint16_t reg, uint16_t value) {
-    Bytes frame = {0x01,
-                   0x06,
-                   uint8_t(reg >> 8),
-                   uint8_t(reg & 0xFF),
-                   uint8_t(value >> 8),
-                   uint8_t(value & 0xFF)};
-    const uint16_t crc = modbus_crc_16(frame);
-    frame.push_back(uint8_t(crc & 0xFF));
-    frame.push_back(uint8_t(crc >> 8));
-    return frame;
-}
-
 // Initialises a Modbus gripper and moves it to a register position, over its own port, the way
 // the pendant does before the doctor looks at it; the port is closed again afterwards.
 inline void prepare_modbus_gripper(gripper_sim::Simulator& simulator, int n, int position) {
     FdStream port = open_raw_terminal(simulator.endpoint(n));
-    for (const Bytes& command : {modbus_write(0x0100, 0x00A5), modbus_write(0x0103, position)}) {
+    GripperModbusProtocol protocol;
+    for (const Bytes& command : {protocol.build_initialize_protocol(1, true),
+                                 protocol.build_position_protocol(1, true, position)}) {
         ASSERT_TRUE(port.write(command));
         ASSERT_EQ(command, port.read(command.size()));
         ASSERT_TRUE(wait_until([&] {
