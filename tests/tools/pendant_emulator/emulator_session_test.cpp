@@ -21,8 +21,7 @@ class EmulatorSessionTest : public QObject {
 private slots:
     void settings_stay_in_the_private_folder();
     void simulated_grippers_run_as_child_processes();
-    void real_grippers_take_the_simulators_places();
-    void a_simulator_that_does_not_start_is_reported();
+    void real_grippers_or_simulators_that_do_not_start();
     void blank_pictures_are_told_apart();
 
 private:
@@ -81,7 +80,8 @@ void EmulatorSessionTest::simulated_grippers_run_as_child_processes() {
     QVERIFY(bench.simulator_command(1, "state").startsWith("error: "));
 }
 
-void EmulatorSessionTest::real_grippers_take_the_simulators_places() {
+// Real grippers take the simulators' places; a simulator that does not start is reported.
+void EmulatorSessionTest::real_grippers_or_simulators_that_do_not_start() {
     EmulatorOptions real = options();
     real.usb_device = "/dev/ttyUSB7";
     real.tcp_address = "192.168.1.29:8888";
@@ -91,18 +91,12 @@ void EmulatorSessionTest::real_grippers_take_the_simulators_places() {
     QCOMPARE(grippers.gripper(1)->connect_command(), QString("gripper_connect_usb|1,/dev/ttyUSB7"));
     QCOMPARE(grippers.gripper(2)->connect_command(),
              QString("gripper_connect_tcp|2,192.168.1.29:8888"));
-    QVERIFY(grippers.gripper(1)->simulator == nullptr);
-    QVERIFY(grippers.gripper(2)->simulator == nullptr);
-
+    QVERIFY(grippers.gripper(1)->simulator == nullptr && grippers.gripper(2)->simulator == nullptr);
     EmulatorOptions none = options();
     none.simulators = false;
     EmulatedGrippers empty;
-    QVERIFY(empty.start(none, QString(), error));
-    QVERIFY(empty.grippers().isEmpty());
-}
+    QVERIFY(empty.start(none, QString(), error) && empty.grippers().isEmpty());
 
-void EmulatorSessionTest::a_simulator_that_does_not_start_is_reported() {
-    QString error;
     EmulatedGrippers missing;
     QVERIFY(!missing.start(options("/nonexistent/gripper-sim"), QString(), error));
     QVERIFY2(error.startsWith("cannot start /nonexistent/gripper-sim"), qPrintable(error));
