@@ -95,6 +95,7 @@ TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     const std::string usb = "USB 0483:5740 (a known gripper adapter)\n";
 
     const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
+    announcement.write("PTY is " + simulator.endpoint(frames));
     const DoctorProcess::Result json = run_doctor({"--json", "--sysroot", system.root()});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
@@ -112,7 +113,7 @@ TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     const std::vector<nlohmann::json> objects = json.json_lines();
     ASSERT_EQ(2u, objects.size()) << json.out;
     EXPECT_EQ("announced in /tmp/pts", objects[0]["source"]);
-    EXPECT_EQ("custom_frames", objects[0]["protocol"]);
+    EXPECT_EQ("custom_frames", objects[0]["protocol"]) << json.out;
     EXPECT_EQ(usb_port, objects[1]["target"]);
     EXPECT_EQ("serial port", objects[1]["source"]);
     EXPECT_EQ("0483:5740", objects[1]["usb"]);

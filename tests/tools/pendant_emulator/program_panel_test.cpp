@@ -3,6 +3,8 @@
 // plug-in's own editor; program files saved, opened, migrated and refused; Run, Pause, Resume
 // and Stop; one command at a time from the console.
 
+#include <memory>
+
 #include <QCheckBox>
 #include <QLineEdit>
 #include <QPushButton>
@@ -35,12 +37,10 @@ class ProgramPanelTest : public QObject {
 
 private slots:
     void initTestCase();
-    void init();
     void the_editor_inserts_edits_copies_and_removes_steps();
     void program_files_are_migrated_checked_and_refused_whole();
     void runs_follow_pause_resume_and_stop_and_end_at_a_failing_line();
     void the_console_sends_one_command_at_a_time();
-    void cleanupTestCase();
 
 private:
     QWidget* editor();
@@ -51,7 +51,7 @@ private:
 
     PrivateSettings settings_;
     QTemporaryDir folder_;
-    EmulatorWindow* window_ = nullptr;
+    std::unique_ptr<EmulatorWindow> window_;
     ProgramPanel* panel_ = nullptr;
     DialogAnswerer* answerer_ = nullptr;
 };
@@ -61,23 +61,13 @@ void ProgramPanelTest::initTestCase() {
     EmulatorOptions options;
     options.plugin_folder = QFileInfo(ZANTHER2F_LIBRARY).absolutePath();
     options.simulators = false;
-    window_ = new EmulatorWindow(options);
+    window_.reset(new EmulatorWindow(options));
     QVERIFY(window_->start_grippers(QString()));
     window_->load_plugins(folder_.filePath("shared"));
     QVERIFY(window_->plugin_page(PLUGIN) != nullptr);
     window_->show();
     panel_ = &window_->program();
     answerer_ = new DialogAnswerer(this);
-}
-
-void ProgramPanelTest::init() {
-    while (panel_->steps().count() > 0) {
-        panel_->remove_step(0);
-    }
-}
-
-void ProgramPanelTest::cleanupTestCase() {
-    delete window_;
 }
 
 QWidget* ProgramPanelTest::editor() {
