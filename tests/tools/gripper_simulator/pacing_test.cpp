@@ -1,5 +1,4 @@
-// The simulator's line pacing (byte times at a baud rate, USB adapter windows) and a drop that
-// comes in the middle of an exchange.
+// The simulator's line pacing: byte times at a baud rate, USB adapter windows.
 
 #include <gtest/gtest.h>
 
@@ -96,43 +95,4 @@ TEST(PacedGripper, AnswersNoFasterThanTheWireAllows) {
         EXPECT_EQ(0x07, answer[0]);
         EXPECT_EQ(0x03, answer[1]);
     }
-}
-
-TEST(DropDuringExchange, DroppedFrameComesBeforeTheAnswerToTheNextRequest) {
-    gripper_sim::Simulator simulator;
-    gripper_sim::GripperOptions options;
-    options.id = 3;
-    options.position_max = 100;
-    options.init_ms = 0;
-    options.full_stroke_ms = 100;
-    options.object_at = 50;
-    const int n = simulator.add_custom_tcp(options);
-    FdStream client = connect_loopback(simulator.tcp_port(n));
-    ASSERT_TRUE(client.valid());
-    EXPECT_EQ("error: gripper 1 holds no object", simulator.command("drop 1 next"));
-    EXPECT_EQ("error: usage: drop N [next]", simulator.command("drop 1 later"));
-
-    const Bytes initialise = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x08, 0x02, 1, 0, 1, 0, 0, 0, 0xFB};
-    const Bytes target = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x06, 0x02, 1, 0, 100, 0, 0, 0, 0xFB};
-    const Bytes position = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x06, 0x02, 0, 0, 0, 0, 0, 0, 0xFB};
-    const Bytes acknowledge = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x15, 0x02, 1, 0, 0, 0, 0, 0, 0xFB};
-    ASSERT_TRUE(client.write(initialise) && initialise == client.read(14));
-    ASSERT_TRUE(wait_until([&] { return simulator.snapshot(n).initialised; }));
-    ASSERT_TRUE(client.write(target) && target == client.read(14));
-    ASSERT_TRUE(wait_until([&] { return simulator.snapshot(n).object_held; }));
-
-    EXPECT_EQ("ok", simulator.command("drop 1 next"));
-    EXPECT_TRUE(simulator.snapshot(n).object_held);
-    ASSERT_TRUE(client.write(position));
-    EXPECT_EQ(Bytes({0xFF, 0xFE, 0xFD, 0xFC, 3, 0x15, 0x01, 0, 0, 1, 0, 0, 0, 0xFB}),
-              client.read(14));
-    const Bytes answer = client.read(14);
-    ASSERT_EQ(14u, answer.size());
-    EXPECT_EQ(50, answer[9]);
-    EXPECT_FALSE(simulator.snapshot(n).object_held);
-    EXPECT_EQ(3, simulator.snapshot(n).motion_state);
-
-    EXPECT_EQ(0, simulator.snapshot(n).drop_acknowledgements);
-    ASSERT_TRUE(client.write(acknowledge) && acknowledge == client.read(14));
-    EXPECT_EQ(1, simulator.snapshot(n).drop_acknowledgements);
 }
