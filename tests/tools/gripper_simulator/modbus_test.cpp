@@ -132,7 +132,8 @@ protected:
     std::unique_ptr<ModbusMaster> master_;
 };
 
-TEST_F(ModbusGripperTest, AnswersIdModelVersionAndSettings) {
+// Registers that do not exist or cannot take a value get exception answers.
+TEST_F(ModbusGripperTest, AnswersIdModelVersionSettingsExceptionsAndEmergencyFrames) {
     gripper_sim::GripperOptions options = quick_options();
     options.model_code = 0x0200;
     options.modbus_version = 0x0105;
@@ -147,6 +148,19 @@ TEST_F(ModbusGripperTest, AnswersIdModelVersionAndSettings) {
     ASSERT_TRUE(master_->write(kForce, 55) && master_->write(kSpeed, 40));
     EXPECT_EQ(55, master_->read(kForce));
     EXPECT_EQ(40, master_->read(kSpeed));
+    EXPECT_EQ(-1, master_->read(0x0999));
+    EXPECT_EQ(EMBXILADD, master_->error());
+    EXPECT_FALSE(master_->write(kPosition, 5));
+    EXPECT_EQ(EMBXILADD, master_->error());
+    EXPECT_FALSE(master_->write(kInitialise, 0x0001));
+    EXPECT_EQ(EMBXILVAL, master_->error());
+    initialise();
+    // Maximum current, emergency close and open are read frames with seven-byte answers.
+    EXPECT_EQ(0x64, answer_value(master_->raw({kId, 0x03, 0x03, 0x06, 0x00, 0x64})));
+    EXPECT_EQ(2, answer_value(master_->raw({kId, 0x03, 0x05, 0x00, 0x00, 0x02})));
+    EXPECT_EQ(1000, master_->read(kTarget));
+    EXPECT_EQ(1, answer_value(master_->raw({kId, 0x03, 0x05, 0x00, 0x00, 0x01})));
+    EXPECT_EQ(0, master_->read(kTarget));
 }
 
 // An object at 400 stops a move to 1000 on the way; pushing further keeps the fingers on it.
@@ -181,23 +195,6 @@ TEST_F(ModbusGripperTest, MovesOnlyOnceInitialisedUntilAnObjectStopsIt) {
     follow_move(final_state);
     EXPECT_EQ(kArrived, final_state);
     EXPECT_EQ(0, master_->read(kPosition));
-}
-
-TEST_F(ModbusGripperTest, ExceptionAnswersAndEmergencyFrames) {
-    start();
-    EXPECT_EQ(-1, master_->read(0x0999));
-    EXPECT_EQ(EMBXILADD, master_->error());
-    EXPECT_FALSE(master_->write(kPosition, 5));
-    EXPECT_EQ(EMBXILADD, master_->error());
-    EXPECT_FALSE(master_->write(kInitialise, 0x0001));
-    EXPECT_EQ(EMBXILVAL, master_->error());
-    initialise();
-    // Maximum current, emergency close and open are read frames with seven-byte answers.
-    EXPECT_EQ(0x64, answer_value(master_->raw({kId, 0x03, 0x03, 0x06, 0x00, 0x64})));
-    EXPECT_EQ(2, answer_value(master_->raw({kId, 0x03, 0x05, 0x00, 0x00, 0x02})));
-    EXPECT_EQ(1000, master_->read(kTarget));
-    EXPECT_EQ(1, answer_value(master_->raw({kId, 0x03, 0x05, 0x00, 0x00, 0x01})));
-    EXPECT_EQ(0, master_->read(kTarget));
 }
 
 // Both take the pty away; clearing them opens a fresh one, announced in the file.

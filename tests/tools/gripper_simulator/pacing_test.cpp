@@ -5,7 +5,6 @@
 #include <chrono>
 
 #include "tests/test_support/fd_stream.h"
-#include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/line_pacer.h"
 #include "tools/gripper_simulator/simulator.h"
 
