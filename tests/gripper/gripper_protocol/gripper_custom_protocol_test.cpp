@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "tests/gripper/gripper_protocol/protocol_test_support.h"
+#include "tests/test_support/protocol_test_support.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
 
-#include "tests/gripper/gripper_protocol/protocol_test_support.h"
+#include "tests/test_support/protocol_test_support.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper/gripper_protocol/gripper_custom_protocol/gripper_custom_protocol.h"
 #include "gripper/gripper_protocol/gripper_modbus_protocol/gripper_modbus_protocol.h"
-#include "tests/gripper/gripper_protocol/protocol_test_support.h"
+#include "tests/test_support/protocol_test_support.h"
 
 // Random answers for both decoders and both answer checks: nothing may crash or trip a sanitizer,
 // and every outcome must be one the protocol allows. Replay a failure with GRIPPER_FUZZ_SEED.
