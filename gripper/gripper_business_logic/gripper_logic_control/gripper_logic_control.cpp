@@ -45,11 +45,7 @@ bool accepts_activation(GripperLogicControl::GripperStatus status) {
 GripperLogicControl::NotifyInterface::~NotifyInterface() {}
 
 GripperLogicControl::GripperLogicControl()
-    : gripper_protocol_(nullptr),
-      retry_cap_(true),
-      drop_count_(0),
-      first_exhaustion_(true),
-      private_(new GripperLogicControlPrivate(this)) {}
+    : gripper_protocol_(nullptr), private_(new GripperLogicControlPrivate(this)) {}
 
 GripperLogicControl::~GripperLogicControl() {
     delete gripper_protocol_;

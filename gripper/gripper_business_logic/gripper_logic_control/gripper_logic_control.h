@@ -1,7 +1,6 @@
 #ifndef GRIPPER_LOGIC_CONTROL_H
 #define GRIPPER_LOGIC_CONTROL_H
 
-#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -127,19 +126,16 @@ protected:
     bool take_dropped_feedback(const std::vector<uint8_t>& byte_stream);
     // True while buffer_drop() reads bytes to throw them away.
     bool discarding_stale_bytes() const;
+    // True, and logged, when an exchange may not wait on its pass count (from 0): none waits
+    // after its fourth pass.
+    bool retry_cap_reached(int count);
+    // An exchange ran out of passes: only the first one to do so reports CS_READ_EXCEPTION.
+    void report_exhaustion();
 
     GripperProtocol* gripper_protocol_;
-    // Read by the links' write_read: while set, an exchange gives up after its fourth pass.
-    std::atomic<bool> retry_cap_;
-    int32_t drop_count_;
-    // Cleared by the links' write_read the first time an exchange exhausts its waits, so that
-    // only the first exhaustion reports CS_READ_EXCEPTION.
-    std::atomic<bool> first_exhaustion_;
 
 private:
     friend class GripperLogicControlPrivate;
-    // The steps both links share use the protected state above.
-    friend class GripperLinkSupport;
     std::unique_ptr<GripperLogicControlPrivate> private_;
 };
 

@@ -29,6 +29,7 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       loop_woken_(false),
       communication_(nullptr),
       discarding_(false),
+      first_exhaustion_(true),
       move_pending_(false),
       arrived_seen_(false),
       initialize_(0),

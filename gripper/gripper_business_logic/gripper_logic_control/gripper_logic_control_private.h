@@ -9,9 +9,9 @@
 #include <mutex>
 #include <vector>
 
-#include "gripper/gripper_business_logic/gripper_logic_control/gripper_byte_arrival.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
+#include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
 // with mutex_ held, except the pacing of the update thread.
@@ -93,6 +93,8 @@ public:
     GripperCommunication* communication_;
     // Set while buffer_drop() reads the bytes it throws away.
     bool discarding_;
+    // Cleared the first time an exchange exhausts its waits.
+    std::atomic<bool> first_exhaustion_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
     int32_t initialize_;

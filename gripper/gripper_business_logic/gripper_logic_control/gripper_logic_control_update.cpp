@@ -18,6 +18,8 @@ typedef std::lock_guard<GripperDriverMutex> DriverLock;
 const int32_t FAST_PERIOD = 100;
 const int32_t SLOW_PERIOD = 1000;
 const int32_t EXCEPTION_REPORT_INTERVAL = 3000;
+// No pass of an exchange after this one waits for its answer.
+const int LAST_AWAITED_PASS = 3;
 
 // Milliseconds from since to now on the wrapping 32-bit clock.
 int32_t elapsed_millis(int32_t now, int32_t since) {
@@ -122,7 +124,6 @@ void GripperLogicControl::set_gripper_status(GripperStatus status) {
 
 bool GripperLogicControl::buffer_drop() {
     DriverLock lock(private_->mutex_);
-    ++drop_count_;
     const int length = private_->communication_->available();
     if (length <= 0) {
         return true;
@@ -141,6 +142,21 @@ bool GripperLogicControl::buffer_drop() {
 
 bool GripperLogicControl::discarding_stale_bytes() const {
     return private_->discarding_;
+}
+
+bool GripperLogicControl::retry_cap_reached(int count) {
+    if (count <= LAST_AWAITED_PASS) {
+        return false;
+    }
+    GRIPPER_LOG("W", "count > 3");
+    keep_failure(GripperLinkFailure::LF_TIMEOUT, 0, "count > 3");
+    return true;
+}
+
+void GripperLogicControl::report_exhaustion() {
+    if (private_->first_exhaustion_.exchange(false)) {
+        set_communication_status(CS_READ_EXCEPTION);
+    }
 }
 
 bool GripperLogicControl::take_dropped_feedback(const std::vector<uint8_t>& byte_stream) {

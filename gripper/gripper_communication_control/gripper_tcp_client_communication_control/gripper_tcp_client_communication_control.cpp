@@ -12,7 +12,8 @@
 const GripperScanProperty GripperTCPClientCommunicationControl::scan_property_(1, 4, 100);
 
 GripperTCPClientCommunicationControl::GripperTCPClientCommunicationControl()
-    : private_(new GripperTCPClientCommunicationControlPrivate(this)) {
+    : GripperDescriptorLink("private_->socket_", "W", 3),
+      private_(new GripperTCPClientCommunicationControlPrivate(this)) {
     set_gripper_communication(this);
 }
 
@@ -26,16 +27,15 @@ GripperTCPClientCommunicationControl::get_communication_connection() {
 }
 
 bool GripperTCPClientCommunicationControl::open(const std::vector<std::string>& parameters) {
-    if (private_->support_.already_open(private_->socket_)) {
+    if (already_open()) {
         return false;
     }
-    if (!private_->support_.accept_parameters(parameters) ||
-        !private_->accept_address(parameters[1], parameters[2]) || !private_->create_socket() ||
-        !private_->set_options() || !GripperLinkSupport::set_non_blocking(private_->socket_) ||
+    if (!accept_parameters(parameters) || !private_->accept_address(parameters[1], parameters[2]) ||
+        !private_->create_socket() || !private_->set_options() || !set_non_blocking() ||
         !private_->connect_to(parameters[1], parameters[2])) {
         return private_->abandon_open();
     }
-    set_readable_descriptor(private_->socket_);
+    set_readable_descriptor(descriptor_);
     return true;
 }
 
@@ -48,41 +48,59 @@ bool GripperTCPClientCommunicationControl::is_alive() {
 }
 
 bool GripperTCPClientCommunicationControl::close() {
-    if (private_->support_.already_closed(private_->socket_)) {
+    if (already_closed()) {
         return true;
     }
     set_readable_descriptor(-1);
-    if (0 != shutdown(private_->socket_, SHUT_RDWR)) {
+    if (0 != shutdown(descriptor_, SHUT_RDWR)) {
         const int error = errno;
         GRIPPER_LOG("E", "0 != shutdown(private_->socket_, SHUT_RDWR)");
         GRIPPER_LOG_ERRNO("E", error);
     }
-    private_->support_.close_descriptor(private_->socket_);
+    close_descriptor();
     return true;
 }
 
-std::vector<uint8_t> GripperTCPClientCommunicationControl::read(int length) {
-    return private_->support_.read(private_->socket_, length);
-}
-
+// Drops stale bytes, writes the request once, waits for the answer's bytes (up to four times),
+// reads them and checks them.
 std::vector<uint8_t> GripperTCPClientCommunicationControl::write_read(
     bool set, int read_length, const std::vector<uint8_t>& write_stream) {
     std::vector<uint8_t> answer;
-    if (!private_->support_.ready_for_exchange(private_->socket_, read_length) ||
-        !private_->drop_stale_bytes() || !private_->support_.send_request(write_stream) ||
-        !private_->wait_for_answer(read_length, write_stream, answer) ||
-        !private_->check_answer(set, write_stream, answer)) {
+    if (!ready_for_exchange(read_length) || !drop_stale_bytes() || !send_request(write_stream) ||
+        !wait_for_answer(read_length, write_stream, answer) || !answer_present(answer) ||
+        !answer_matches(set, write_stream, answer)) {
         return std::vector<uint8_t>();
     }
     return answer;
 }
 
+// No SIGPIPE from a peer that has gone: the failure is reported as a write exception.
 bool GripperTCPClientCommunicationControl::write(const std::vector<uint8_t>& write_stream) {
-    return private_->support_.write(private_->socket_, write_stream);
+    if (refuse_write(write_stream)) {
+        return false;
+    }
+    bool written = false;
+    if (usable()) {
+        const ssize_t size =
+            send(descriptor_, write_stream.data(), write_stream.size(), MSG_NOSIGNAL);
+        written = check_written(write_stream, size, errno);
+    }
+    report_written(write_stream, written);
+    return written;
 }
 
-int GripperTCPClientCommunicationControl::available() {
-    return private_->support_.available(private_->socket_);
+std::vector<uint8_t> GripperTCPClientCommunicationControl::read(int length) {
+    const bool stale = discarding_stale_bytes();
+    std::vector<uint8_t> bytes;
+    if (ready_to_read(length)) {
+        bytes.resize(length);
+        const ssize_t size = recv(descriptor_, bytes.data(), bytes.size(), 0);
+        check_read(
+            bytes, size, errno,
+            "length != ::recv(private_->socket_, byte_stream.data(), byte_stream.size(), 0)");
+    }
+    report_read(bytes, stale);
+    return bytes;
 }
 
 int GripperTCPClientCommunicationControl::get_write_retry_max_count() {
@@ -99,4 +117,40 @@ int GripperTCPClientCommunicationControl::get_alive_retry_max_count() {
 
 int GripperTCPClientCommunicationControl::get_default_wait_for_length_available_interval() {
     return scan_property_.wait_for_length_available_interval_;
+}
+
+bool GripperTCPClientCommunicationControl::drop_stale_bytes() {
+    if (available() <= 0) {
+        return true;
+    }
+    GRIPPER_LOG("W", "available() > 0");
+    return drop_buffer();
+}
+
+bool GripperTCPClientCommunicationControl::send_request(const std::vector<uint8_t>& write_stream) {
+    if (write(write_stream)) {
+        return true;
+    }
+    report_failed_request(write_stream);
+    return false;
+}
+
+bool GripperTCPClientCommunicationControl::wait_for_answer(int read_length,
+                                                           const std::vector<uint8_t>& write_stream,
+                                                           std::vector<uint8_t>& answer) {
+    const int max_count = get_wait_retry_max_count();
+    const int interval = get_default_wait_for_length_available_interval();
+    for (int count = 0; count < max_count; ++count) {
+        if (retry_cap_reached(count)) {
+            return false;
+        }
+        if (await_answer(read_length, interval, answer)) {
+            return true;
+        }
+        log_wait_state(write_stream, count);
+        GRIPPER_LOG(
+            "W", "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
+    }
+    report_exhaustion();
+    return false;
 }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
+#include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_descriptor_link.h"
 #include "gripper/gripper_communication_control/gripper_scan_property/gripper_scan_property.h"
 
 class GripperTCPClientCommunicationControlPrivate;
@@ -13,7 +13,7 @@ class GripperTCPClientCommunicationControlPrivate;
 // A gripper behind a TCP server (for example a serial-to-Ethernet adapter): the driver and its
 // byte link in one object. Every exchange writes the request once and waits for the answer
 // several times.
-class GripperTCPClientCommunicationControl : public GripperLogicControl {
+class GripperTCPClientCommunicationControl : public GripperDescriptorLink {
 public:
     GripperTCPClientCommunicationControl();
     ~GripperTCPClientCommunicationControl() override;
@@ -29,7 +29,6 @@ public:
     std::vector<uint8_t> write_read(bool set, int read_length,
                                     const std::vector<uint8_t>& write_stream) override;
     bool write(const std::vector<uint8_t>& write_stream) override;
-    int available() override;
     int get_write_retry_max_count() override;
     int get_wait_retry_max_count() override;
     int get_alive_retry_max_count() override;
@@ -37,6 +36,13 @@ public:
 
 private:
     friend class GripperTCPClientCommunicationControlPrivate;
+
+    // Steps of an exchange: the request is written once, then its answer awaited.
+    bool drop_stale_bytes();
+    bool send_request(const std::vector<uint8_t>& write_stream);
+    bool wait_for_answer(int read_length, const std::vector<uint8_t>& write_stream,
+                         std::vector<uint8_t>& answer);
+
     static const GripperScanProperty scan_property_;
     std::unique_ptr<GripperTCPClientCommunicationControlPrivate> private_;
 };

@@ -19,29 +19,11 @@ namespace {
 // The connect time-out is twice the wait interval.
 const int CONNECT_TIMEOUT_FACTOR = 2;
 
-// No SIGPIPE from a peer that has gone: the failure is reported as a write exception.
-ssize_t send_without_signal(int descriptor, const void* data, size_t size) {
-    return send(descriptor, data, size, MSG_NOSIGNAL);
-}
-
-ssize_t receive(int descriptor, void* data, size_t size) {
-    return ::recv(descriptor, data, size, 0);
-}
-
-const GripperLinkSupport::Traits TCP_LINK = {
-    "private_->socket_",
-    "W",
-    3,
-    &send_without_signal,
-    &receive,
-    "length != ::recv(private_->socket_, byte_stream.data(), byte_stream.size(), 0)",
-};
-
 }  // namespace
 
 GripperTCPClientCommunicationControlPrivate::GripperTCPClientCommunicationControlPrivate(
     GripperTCPClientCommunicationControl* parent)
-    : parent_(parent), socket_(-1), support_(parent, TCP_LINK) {}
+    : parent_(parent), socket_(parent->descriptor_) {}
 
 GripperTCPClientCommunicationControlPrivate::~GripperTCPClientCommunicationControlPrivate() {
     if (-1 != socket_) {
@@ -165,36 +147,4 @@ bool GripperTCPClientCommunicationControlPrivate::wait_connected() {
 bool GripperTCPClientCommunicationControlPrivate::abandon_open() {
     parent_->close();
     return false;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::drop_stale_bytes() {
-    if (parent_->available() <= 0) {
-        return true;
-    }
-    GRIPPER_LOG("W", "available() > 0");
-    return support_.drop_buffer();
-}
-
-bool GripperTCPClientCommunicationControlPrivate::wait_for_answer(
-    int read_length, const std::vector<uint8_t>& write_stream, std::vector<uint8_t>& answer) {
-    const int max_count = parent_->get_wait_retry_max_count();
-    const int interval = parent_->get_default_wait_for_length_available_interval();
-    for (int count = 0; count < max_count; ++count) {
-        if (support_.retry_cap_reached(count)) {
-            return false;
-        }
-        if (support_.await_answer(read_length, interval, answer)) {
-            return true;
-        }
-        support_.log_wait_state(write_stream, count);
-        GRIPPER_LOG(
-            "W", "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
-    }
-    support_.report_exhaustion();
-    return false;
-}
-
-bool GripperTCPClientCommunicationControlPrivate::check_answer(
-    bool set, const std::vector<uint8_t>& write_stream, const std::vector<uint8_t>& answer) {
-    return support_.answer_present(answer) && support_.answer_matches(set, write_stream, answer);
 }

@@ -6,11 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "gripper/gripper_communication_control/gripper_link_support/gripper_link_support.h"
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control.h"
 
-// The socket of a TCP client link and the steps its open and its exchange are made of; the
-// steps it shares with the serial link are in support_.
+// The steps a TCP client link's open is made of, on the socket the link keeps.
 class GripperTCPClientCommunicationControlPrivate {
 public:
     explicit GripperTCPClientCommunicationControlPrivate(
@@ -24,16 +22,9 @@ public:
     bool connect_to(const std::string& ip, const std::string& port);
     bool abandon_open();
 
-    // Exchange steps of this link: the request is written once, then its answer awaited.
-    bool drop_stale_bytes();
-    bool wait_for_answer(int read_length, const std::vector<uint8_t>& write_stream,
-                         std::vector<uint8_t>& answer);
-    bool check_answer(bool set, const std::vector<uint8_t>& write_stream,
-                      const std::vector<uint8_t>& answer);
-
     GripperTCPClientCommunicationControl* parent_;
-    int socket_;
-    GripperLinkSupport support_;
+    // The link's descriptor.
+    int& socket_;
 
 private:
     bool set_option(int level, int name, const void* value, socklen_t size, const char* condition);

@@ -5,37 +5,14 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 #include <cstring>
-#include <thread>
 
-#include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper/gripper_common/system_error/system_error.h"
 
-namespace {
-
-// Pause between a pass that timed out and the next one.
-const int RETRY_PAUSE_MILLIS = 100;
-
-std::string hex(const std::vector<uint8_t>& byte_stream) {
-    return MiscellaneousUtility::convert_hex_binary(byte_stream);
-}
-
-const GripperLinkSupport::Traits SERIAL_LINK = {
-    "private_->fd_",
-    "E",
-    2,
-    &::write,
-    &::read,
-    "length != ::read(private_->fd_, byte_stream.data(), byte_stream.size())",
-};
-
-}  // namespace
-
 GripperUSBSerialportCommunicationControlPrivate::GripperUSBSerialportCommunicationControlPrivate(
     GripperUSBSerialportCommunicationControl* parent)
-    : parent_(parent), fd_(-1), support_(parent, SERIAL_LINK) {}
+    : parent_(parent), fd_(parent->descriptor_) {}
 
 GripperUSBSerialportCommunicationControlPrivate::
     ~GripperUSBSerialportCommunicationControlPrivate() {
@@ -154,77 +131,4 @@ bool GripperUSBSerialportCommunicationControlPrivate::abandon_open() {
         GRIPPER_LOG("W", "!close()");
     }
     return false;
-}
-
-GripperUSBSerialportCommunicationControlPrivate::Pass
-GripperUSBSerialportCommunicationControlPrivate::run_pass(bool set, int read_length,
-                                                          const std::vector<uint8_t>& write_stream,
-                                                          int count, std::vector<uint8_t>& answer) {
-    if (!drop_stale_bytes() || !send_request(write_stream) || retry_cap_reached(count)) {
-        return Pass::STOP;
-    }
-    const int interval = parent_->get_default_wait_for_length_available_interval();
-    if (!support_.await_answer(read_length, interval, answer)) {
-        return after_time_out(read_length, write_stream, count);
-    }
-    return check_answer(set, write_stream, answer, count);
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::drop_stale_bytes() {
-    const int length = parent_->available();
-    if (length <= 0) {
-        return true;
-    }
-    GRIPPER_LOG("W", "length = %d", length);
-    GRIPPER_LOG("W", "length > 0");
-    return support_.drop_buffer();
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::send_request(
-    const std::vector<uint8_t>& write_stream) {
-    GRIPPER_LOG("D", "write_stream = %s", hex(write_stream).c_str());
-    return support_.send_request(write_stream);
-}
-
-bool GripperUSBSerialportCommunicationControlPrivate::retry_cap_reached(int count) {
-    if (!support_.retry_cap_reached(count)) {
-        return false;
-    }
-    // On the serial link the capped pass also reports the read exception.
-    parent_->set_communication_status(GripperCommunication::CS_READ_EXCEPTION);
-    return true;
-}
-
-GripperUSBSerialportCommunicationControlPrivate::Pass
-GripperUSBSerialportCommunicationControlPrivate::check_answer(
-    bool set, const std::vector<uint8_t>& write_stream, const std::vector<uint8_t>& answer,
-    int count) {
-    GRIPPER_LOG("D", "read_byte_stream = %s", hex(answer).c_str());
-    if (!support_.answer_present(answer)) {
-        return Pass::AGAIN;
-    }
-    if (support_.answer_matches(set, write_stream, answer)) {
-        return Pass::ANSWERED;
-    }
-    GRIPPER_LOG("W", "set = %d", set);
-    GRIPPER_LOG("W", "count = %d", count);
-    GRIPPER_LOG("W", "get_wait_retry_max_count() = %d", parent_->get_wait_retry_max_count());
-    return Pass::AGAIN;
-}
-
-GripperUSBSerialportCommunicationControlPrivate::Pass
-GripperUSBSerialportCommunicationControlPrivate::after_time_out(
-    int read_length, const std::vector<uint8_t>& write_stream, int count) {
-    const int max_count = parent_->get_wait_retry_max_count();
-    GRIPPER_LOG("W",
-                "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
-    GRIPPER_LOG("W", "read_length = %d", read_length);
-    support_.log_wait_state(write_stream, count);
-    GRIPPER_LOG("W", "get_wait_retry_max_count() = %d", max_count);
-    if (count < max_count - 1) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(RETRY_PAUSE_MILLIS));
-        return Pass::AGAIN;
-    }
-    support_.report_exhaustion();
-    return Pass::STOP;
 }

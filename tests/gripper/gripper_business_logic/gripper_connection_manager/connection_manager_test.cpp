@@ -128,22 +128,36 @@ TEST_F(ConnectionManagerTest, LinkTypeWithoutALinkClassCreatesNothingAndTellsNob
     EXPECT_EQ(0u, recorder_.size());
 }
 
+// The caller gets the link's last failure as a value; everyone hears of the failure in order.
 TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrder) {
     const Names silent = {"create", "CS_READ_EXCEPTION", "CS_CONNECT_FAILURE", "CS_DISCONNECTED",
                           "destroy"};
-    const std::vector<std::pair<Link, Names>> failing = {
-        {gripper("modbus pty", gripper_sim::Fault::silent), silent},
-        {gripper("custom tcp", gripper_sim::Fault::silent), silent},
+    const Names missing = {"create", "CS_CONNECT_FAILURE", "CS_DISCONNECTED", "destroy"};
+    const struct {
+        Link link;
+        Names events;
+        GripperLinkFailure::Code code;
+        const char* sentence;
+    } failing[] = {
+        {gripper("modbus pty", gripper_sim::Fault::silent), silent, GripperLinkFailure::LF_TIMEOUT,
+         "count > 3"},
+        {gripper("custom tcp", gripper_sim::Fault::silent), silent, GripperLinkFailure::LF_TIMEOUT,
+         "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())"},
         {{"missing port", GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}},
-         {"create", "CS_CONNECT_FAILURE", "CS_DISCONNECTED", "destroy"}},
+         missing,
+         GripperLinkFailure::LF_NO_DEVICE,
+         "-1 == access(path.c_str(), F_OK)"},
     };
-    for (const std::pair<Link, Names>& attempt : failing) {
-        SCOPED_TRACE(attempt.first.name);
+    for (const auto& attempt : failing) {
+        SCOPED_TRACE(attempt.link.name);
         const size_t first = recorder_.size();
         log_.clear();
-        EXPECT_EQ(nullptr,
-                  manager_.create(&recorder_, attempt.first.connection, attempt.first.parameters));
-        EXPECT_EQ(attempt.second, recorder_.events(first));
+        GripperLinkFailure failure;
+        EXPECT_EQ(nullptr, manager_.create(&recorder_, attempt.link.connection,
+                                           attempt.link.parameters, &failure));
+        EXPECT_EQ(attempt.events, recorder_.events(first));
+        EXPECT_EQ(attempt.code, failure.code);
+        EXPECT_EQ(attempt.sentence, failure.sentence);
         const std::vector<RecordingObserver::Event> events = recorder_.entries();
         for (size_t index = first; index < events.size(); ++index) {
             EXPECT_EQ(events[first].control, events[index].control) << events[index].name;

@@ -9,28 +9,12 @@
 #include <cstdlib>
 #include <thread>
 
-#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+#include "tests/test_support/driver_fixture.h"
 
 namespace {
 
 std::atomic<bool> g_clock_stepped{false};
 const time_t kStep = 3600;
-
-// Holds the driver lock from inside a notification until the update thread waits for it, then
-// stops the loop, as in the loop tests.
-class StoppingObserver : public RecordingObserver {
-public:
-    explicit StoppingObserver(GripperLogicControl* driver) : driver_(driver) {}
-    void on_force_changed(GripperLogicControl*, int force) override {
-        if (65 == force) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(1300));
-            driver_->stop_loop_update();
-        }
-    }
-
-private:
-    GripperLogicControl* driver_;
-};
 
 }  // namespace
 
@@ -46,7 +30,7 @@ extern "C" int clock_gettime(clockid_t clock, struct timespec* time) {
 TEST_F(DriverTest, StopEndsTheLoopPromptlyWhenTheWallClockIsStepped) {
     const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
     ASSERT_TRUE(connect_serial(gripper) && activate());
-    StoppingObserver stopper(driver_.get());
+    StoppingObserver stopper(driver_.get(), 65);
     driver_->add_notify_interface(&stopper);
     g_clock_stepped = true;
 
@@ -63,6 +47,7 @@ TEST_F(DriverTest, StopEndsTheLoopPromptlyWhenTheWallClockIsStepped) {
     }
     command.join();
     g_clock_stepped = false;
+    EXPECT_TRUE(stopper.cycle_waited_);
     driver_->remove_notify_interface(&stopper);
     log_.clear();
     driver_->stop_loop_update();

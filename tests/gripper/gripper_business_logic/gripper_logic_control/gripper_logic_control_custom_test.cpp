@@ -1,4 +1,4 @@
-#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+#include "tests/test_support/driver_fixture.h"
 
 TEST_F(DriverTest, TcpGripperIsActivatedMovedAndFollowedToArrival) {
     const int gripper = simulator_.add_custom_tcp(quick_options(2, 100));

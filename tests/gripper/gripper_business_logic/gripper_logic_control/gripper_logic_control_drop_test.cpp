@@ -2,7 +2,7 @@
 // round: every drop is reported and acknowledged, and the exchange still gets its own answer.
 #include <algorithm>
 
-#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+#include "tests/test_support/driver_fixture.h"
 
 namespace {
 

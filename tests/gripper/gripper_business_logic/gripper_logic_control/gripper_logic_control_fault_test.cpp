@@ -1,4 +1,4 @@
-#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+#include "tests/test_support/driver_fixture.h"
 
 namespace {
 

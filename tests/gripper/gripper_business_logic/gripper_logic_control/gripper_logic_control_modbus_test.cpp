@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "tests/gripper/gripper_business_logic/gripper_logic_control/driver_fixture.h"
+#include "tests/test_support/driver_fixture.h"
 
 TEST_F(DriverTest, ModbusGripperIsHandshakenActivatedAndFollowedToArrival) {
     const int gripper = simulator_.add_modbus_pty(quick_options(3, 1000));

@@ -49,15 +49,14 @@ protected:
             gripper_sim::GripperOptions options;
             options.id = index + 1;
             options.position_max = tcp(index) ? 100 : 1000;
-            options.init_ms = 100;
             options.full_stroke_ms = 400;
             const int n = tcp(index) ? simulator_.add_custom_tcp(options)
                                      : simulator_.add_modbus_pty(options);
             grippers_.push_back(n);
-            links_.push_back(tcp(index)
-                                 ? std::vector<std::string>{"CO_MANUAL", "127.0.0.1",
-                                                            std::to_string(simulator_.tcp_port(n))}
-                                 : std::vector<std::string>{"CO_MANUAL", simulator_.endpoint(n)});
+            links_.push_back({"CO_MANUAL", tcp(index) ? "127.0.0.1" : simulator_.endpoint(n)});
+            if (tcp(index)) {
+                links_.back().push_back(std::to_string(simulator_.tcp_port(n)));
+            }
             slots_.push_back(GripperGlobal::insert_device());
             ASSERT_TRUE(GripperGlobal::instance().add_device(slots_.back()));
         }
@@ -98,14 +97,17 @@ protected:
         return destroyed;
     }
 
-    // True when condition holds for every slot, within the deadline.
-    bool all(const std::function<bool(int)>& condition) {
+    // True when every slot's driver reaches status within the deadline.
+    bool all_reach(GLC::GripperStatus status) {
         const int slots[] = {0, 1, 2, 3};
-        return wait_until([&] { return std::all_of(slots, slots + GRIPPER_COUNT, condition); },
-                          DEADLINE);
+        return wait_until(
+            [&] {
+                return std::all_of(slots, slots + GRIPPER_COUNT, [&](int i) {
+                    return status == driver(i)->get_gripper_status();
+                });
+            },
+            DEADLINE);
     }
-
-    long frames(int index) { return simulator_.snapshot(grippers_[index]).frames_received; }
 
     // One command or one round of reads, chosen by the round number; true when it succeeded.
     static bool command(GLC* control, int round) {
@@ -134,17 +136,13 @@ protected:
                GripperCommunication::CS_CONNECTED == control->get_communication_status();
     }
 
-    // Position notifications per slot. While the workers run, only update cycles read the
+    // Position notifications of a slot. While the workers run, only update cycles read the
     // position back, so these count the cycles that got their turn.
-    std::vector<long> position_notifications() {
-        std::vector<long> counts;
-        for (const RecordingObserver& observer : observers_) {
-            const std::vector<std::string> events = observer.events();
-            counts.push_back(std::count_if(events.begin(), events.end(), [](const std::string& e) {
-                return 0 == e.compare(0, 9, "position ");
-            }));
-        }
-        return counts;
+    long position_notifications(int index) {
+        const std::vector<std::string> events = observers_[index].events();
+        return std::count_if(events.begin(), events.end(), [](const std::string& e) {
+            return 0 == e.compare(0, 9, "position ");
+        });
     }
 
     gripper_sim::Simulator simulator_;
@@ -163,21 +161,15 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
     for (int index = 0; index < GRIPPER_COUNT; ++index) {
         ASSERT_TRUE(connect(index) && driver(index)->set_activate()) << "slot " << index;
     }
-    ASSERT_TRUE(
-        all([this](int i) { return GLC::GS_ACTIVATED == driver(i)->get_gripper_status(); }));
+    ASSERT_TRUE(all_reach(GLC::GS_ACTIVATED));
     for (int index = 0; index < GRIPPER_COUNT; ++index) {
         ASSERT_TRUE(driver(index)->set_position(50.0f)) << "slot " << index;
     }
-    ASSERT_TRUE(all([this](int i) { return GLC::GS_ARRIVED == driver(i)->get_gripper_status(); }));
-    // Once a gripper's update thread has run a cycle in GS_ARRIVED (seen as frames the simulator
-    // receives after the arrival, when nothing else talks to it), it follows moves every 100 ms.
-    long arrived[GRIPPER_COUNT];
-    for (int index = 0; index < GRIPPER_COUNT; ++index) {
-        arrived[index] = frames(index);
+    ASSERT_TRUE(all_reach(GLC::GS_ARRIVED));
+    long positions_before[GRIPPER_COUNT];
+    for (int index : STABLE) {
+        positions_before[index] = position_notifications(index);
     }
-    ASSERT_TRUE(all([&](int i) { return frames(i) >= arrived[i] + 2; }));
-
-    const std::vector<long> positions_before = position_notifications();
     std::vector<std::thread> threads;
     for (int worker = 0; worker < WORKER_COUNT; ++worker) {
         threads.emplace_back([this, worker] {
@@ -200,9 +192,8 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
     for (std::thread& thread : threads) {
         thread.join();
     }
-    const std::vector<long> positions_after = position_notifications();
     for (int index : STABLE) {
-        EXPECT_GE(positions_after[index] - positions_before[index], MINIMUM_UPDATE_CYCLES)
+        EXPECT_GE(position_notifications(index) - positions_before[index], MINIMUM_UPDATE_CYCLES)
             << "slot " << index;
     }
     EXPECT_EQ(0, failed_commands_.load());
@@ -226,8 +217,7 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
                        reg == simulator_.snapshot(grippers_[index]).position;
             },
             DEADLINE))
-            << "slot " << index << " status "
-            << GLC::gripper_status_to_string(driver(index)->get_gripper_status());
+            << "slot " << index;
     }
 
     for (int index = 0; index < GRIPPER_COUNT; ++index) {
@@ -267,11 +257,11 @@ TEST_F(GripperStressTest, CommandsRacingTheDestroyOfTheirDriverAreOrderedWithIt)
         ASSERT_TRUE(wait_until([&] { return commands > after_destroy + 1; })) << "round " << round;
         stop = true;
         commander.join();
-        EXPECT_EQ(GLC::GS_UNDEFINE, control->get_gripper_status()) << "round " << round;
-        EXPECT_EQ(GripperCommunication::CS_DISCONNECTED, control->get_communication_status())
+        EXPECT_TRUE(GLC::GS_UNDEFINE == control->get_gripper_status() &&
+                    GripperCommunication::CS_DISCONNECTED == control->get_communication_status())
             << "round " << round;
         EXPECT_FALSE(control->set_position(50.0f) || control->set_force(50) ||
-                     control->set_speed(50) || control->set_activate())
+                     control->set_activate())
             << "round " << round;
         slots_[CYCLING]->gripper_abstract_control_ = nullptr;
         delete control;

@@ -14,19 +14,6 @@ namespace {
 typedef MiscellaneousUtility MU;
 typedef std::vector<std::string> Lines;
 
-TEST(MiscellaneousUtilityTest, NamesConnectOperations) {
-    LogCapture log;
-    EXPECT_EQ("CO_SCAN", MU::connect_operate_to_string(MU::CO_SCAN));
-    EXPECT_EQ(MU::CO_MANUAL, MU::string_to_connect_operate("CO_MANUAL"));
-    EXPECT_TRUE(log.lines().empty());
-    EXPECT_EQ("", MU::connect_operate_to_string(static_cast<MU::ConnectOperate>(10)));
-    EXPECT_EQ(MU::CO_UNDEFINE, MU::string_to_connect_operate("co_scan"));
-    EXPECT_EQ(MU::CO_UNDEFINE, MU::string_to_connect_operate("CO_SCAN "));
-    EXPECT_EQ(
-        (Lines{"W uncontain this 10", "W uncontain this co_scan", "W uncontain this CO_SCAN "}),
-        log.lines());
-}
-
 const char kIpScan[] = "W 4 != sscanf(ip.c_str(), \"%d.%d.%d.%d\", &a, &b, &c, &d)";
 const char kPortScan[] = "W 1 != sscanf(port.c_str(), \"%d\", &a)";
 
@@ -43,13 +30,12 @@ void check(bool (*is_valid)(const std::string&),
 TEST(MiscellaneousUtilityTest, ChecksIpAddresses) {
     check(MU::is_valid_ip, {{"0.0.0.0", {}},
                             {"255.255.255.255", {}},
+                            {"4294967296.1.1.1", {"W a < 0 || a > 255"}},
                             {"192.168.1.10abc", {}},
                             {"256.1.1.1", {"W a < 0 || a > 255"}},
-                            {"-1.0.0.0", {"W a < 0 || a > 255"}},
                             {"1.256.1.1", {"W b < 0 || b > 255"}},
                             {"1.1.-1.1", {"W c < 0 || c > 255"}},
                             {"1.1.1.300", {"W d < 0 || d > 255"}},
-                            {"4294967296.1.1.1", {"W a < 0 || a > 255"}},
                             {"", {kIpScan, "W ip = "}}});
 }
 
@@ -59,12 +45,10 @@ TEST(MiscellaneousUtilityTest, ChecksPorts) {
                               {"8080x", {}},
                               {"1023", {"W a < 1024 || a > 65535"}},
                               {"65536", {"W a < 1024 || a > 65535"}},
-                              {"4294968320", {"W a < 1024 || a > 65535"}},
                               {"", {kPortScan, "W port = "}}});
 }
 
 TEST(MiscellaneousUtilityTest, WritesBytesAsUpperCaseHex) {
-    EXPECT_EQ("", MU::convert_hex_binary({}));
     EXPECT_EQ("0x00 0x0A 0xAB 0xFF ", MU::convert_hex_binary({0x00, 0x0A, 0xAB, 0xFF}));
 }
 

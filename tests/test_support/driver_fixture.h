@@ -1,8 +1,9 @@
-#ifndef TESTS_DRIVER_FIXTURE_H
-#define TESTS_DRIVER_FIXTURE_H
+#ifndef TESTS_TEST_SUPPORT_DRIVER_FIXTURE_H
+#define TESTS_TEST_SUPPORT_DRIVER_FIXTURE_H
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
 #include <vector>
@@ -15,6 +16,25 @@
 #include "tools/gripper_simulator/simulator.h"
 
 typedef GripperLogicControl GLC;
+
+// On the notification of one force, that is with the driver lock held, waits until the update
+// thread waits for that lock, then stops the loop.
+class StoppingObserver : public RecordingObserver {
+public:
+    StoppingObserver(GripperLogicControl* driver, int force) : driver_(driver), force_(force) {}
+    void on_force_changed(GripperLogicControl*, int force) override {
+        if (force_ == force) {
+            cycle_waited_ = wait_until([this] { return driver_->lock_waiters() > 0; });
+            driver_->stop_loop_update();
+        }
+    }
+
+    std::atomic<bool> cycle_waited_{false};
+
+private:
+    GripperLogicControl* driver_;
+    int force_;
+};
 
 // A driver connected to a simulated gripper the way the connection manager connects one:
 // open, handshake, sync, then the update loop.

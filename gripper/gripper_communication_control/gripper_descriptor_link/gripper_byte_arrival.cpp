@@ -1,4 +1,4 @@
-#include "gripper/gripper_business_logic/gripper_logic_control/gripper_byte_arrival.h"
+#include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
 
 #include <poll.h>
 #include <sys/epoll.h>
