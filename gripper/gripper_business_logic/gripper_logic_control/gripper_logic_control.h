@@ -74,6 +74,10 @@ public:
     int cached_force() const;
     int cached_speed() const;
     GripperStatus get_gripper_status() const;
+    // The statuses in which the gripper takes move, force and speed commands: activated and not
+    // turning. The driver's own check, the plug-in's activation answer and the Control page's
+    // buttons all ask this.
+    bool takes_commands() const;
     CommunicationStatus get_communication_status() const;
     int32_t get_model_series() const;
     std::vector<uint8_t> get_version() const;

@@ -61,6 +61,9 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
       closing_(false) {
     Q_INIT_RESOURCE(gripper_images);
     setup_form();
+    const auto run = [](const std::function<void()>& call) { call(); };
+    connect(this, &GripperSettingWidget::call_queued, this, run, Qt::QueuedConnection);
+    connect(this, &GripperSettingWidget::call_blocking, this, run, Qt::BlockingQueuedConnection);
     GripperGlobal::instance().add_notify_interface(this);
     GripperConnectionManager::instance().add_notify_interface(this);
     ui->combo_box_type_->addItem(QStringLiteral("TCP Client"));
@@ -261,66 +264,11 @@ void GripperSettingWidget::disconnect_removed(GripperDevice* device) {
 }
 
 void GripperSettingWidget::queue_update_ui() {
-    if (update_queued_.exchange(true)) {
-        return;
-    }
-    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
-        update_queued_ = false;
-        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::QueuedConnection)");
+    if (!update_queued_.exchange(true)) {
+        emit call_queued([this] { update_ui(); });
     }
 }
 
-void GripperSettingWidget::on_list_all_device_changed() {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_program_state_changed(GripperGlobal::ProgramState) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_program_startup() {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_abstract_control_create(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_abstract_control_destroy(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_scan_status_changed(GripperConnectionManager::ScanStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_communication_status_changed(
-    GripperLogicControl*, GripperCommunication::CommunicationStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_move_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_turn_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_position_changed(GripperLogicControl*, float) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_force_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_speed_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_angle_changed(GripperLogicControl*, int) {
+void GripperSettingWidget::on_any_change() {
     queue_update_ui();
 }
