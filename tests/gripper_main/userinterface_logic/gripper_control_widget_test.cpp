@@ -13,7 +13,7 @@
 
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
-#include "tests/gripper_main/userinterface_logic/page_test_support.h"
+#include "tests/test_support/page_test_support.h"
 #include "tools/gripper_simulator/simulator.h"
 
 using page_test::driver_of;
@@ -29,12 +29,8 @@ int register_of(double position) {
     return static_cast<int>(std::lround(position * 10.0));
 }
 
-QImage icon_image(const QIcon& icon) {
+QImage image_of(const QIcon& icon) {
     return icon.pixmap(QSize(87, 63)).toImage();
-}
-
-QImage resource_image(const char* name) {
-    return icon_image(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + QLatin1String(name))));
 }
 
 }  // namespace
@@ -51,7 +47,6 @@ private slots:
     void hold_steps_the_field_every_25_ms_and_sends_on_release();
     void hold_stops_at_the_limit();
     void short_click_steps_the_gripper_once();
-    void object_detected_indicator_cannot_be_clicked();
     void whole_page_disabled_while_a_program_runs();
     void silent_gripper_and_vanished_port();
 
@@ -66,7 +61,8 @@ private:
     bool connect_gripper(int index, int gripper);
     bool activate_and_wait(int index);
     bool move_to(double position);
-    QList<QWidget*> group_widgets();
+    // Every control enabled or disabled, with the clamp and loosen images of that state.
+    bool controls_shown(bool enabled);
     QTimer* repeat_timer();
 
     QTemporaryDir folder_;
@@ -147,17 +143,24 @@ bool GripperControlWidgetTest::move_to(double position) {
            });
 }
 
-QList<QWidget*> GripperControlWidgetTest::group_widgets() {
-    QList<QWidget*> widgets;
+bool GripperControlWidgetTest::controls_shown(bool enabled) {
     for (const char* group : {"position", "force", "speed"}) {
         for (const char* part : {"push_button_%1_min_", "push_button_%1_decrease_", "line_edit_%1_",
                                  "push_button_%1_increase_", "push_button_%1_max_"}) {
             const QString name = QString::fromLatin1(part).arg(QLatin1String(group));
-            widgets << control_->findChild<QWidget*>(name);
+            if (control_->findChild<QWidget*>(name)->isEnabled() != enabled) {
+                return false;
+            }
         }
     }
-    widgets << find<QWidget>("radio_button_object_detected_");
-    return widgets;
+    const char* state = enabled ? "OFF" : "ON";
+    const auto shows = [this](const char* button, const QString& image) {
+        return image_of(find<QPushButton>(button)->icon()) ==
+               image_of(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)));
+    };
+    return find<QWidget>("radio_button_object_detected_")->isEnabled() == enabled &&
+           shows("push_button_position_min_", QStringLiteral("B_Clamp_%1.png").arg(state)) &&
+           shows("push_button_position_max_", QStringLiteral("B_Loosen_%1.png").arg(state));
 }
 
 QTimer* GripperControlWidgetTest::repeat_timer() {
@@ -173,6 +176,13 @@ void GripperControlWidgetTest::status_follows_the_gripper() {
     page_test::LabelHistory history(status_);
     QTest::mouseClick(page_->findChild<QPushButton*>("push_button_activate_"), Qt::LeftButton);
     QTRY_VERIFY(history.saw_in_order({"Activating", "Activated"}));
+    // The indicator shows a state: clicks never change it, and it takes no focus.
+    QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
+    QTRY_VERIFY(indicator->isEnabled());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QTest::mouseDClick(indicator, Qt::LeftButton);
+    QVERIFY(!indicator->isChecked());
+    QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
     history.clear();
     QTest::mouseClick(find<QPushButton>("push_button_position_max_"), Qt::LeftButton);
     QTRY_VERIFY(history.saw_in_order({"Moving", "Arrived"}));
@@ -183,11 +193,13 @@ void GripperControlWidgetTest::status_follows_the_gripper() {
     history.clear();
     QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
     QTRY_VERIFY(history.saw_in_order({"Moving", "Detected"}));
-    QTRY_VERIFY(find<QRadioButton>("radio_button_object_detected_")->isChecked());
+    QTRY_VERIFY(indicator->isChecked());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QVERIFY(indicator->isChecked());
     QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("40.0"));
     simulator_.drop(QUICK);
     QTRY_COMPARE(status_->text(), QStringLiteral("Dropped"));
-    QVERIFY(!find<QRadioButton>("radio_button_object_detected_")->isChecked());
+    QVERIFY(!indicator->isChecked());
     QCOMPARE(status_->property("tone").toString(), QStringLiteral("ok"));
 }
 
@@ -197,30 +209,14 @@ void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
     QTRY_COMPARE(status_->text(), QStringLiteral("Inactivate"));
     QVERIFY(driver_of(1)->set_activate());
     QTRY_COMPARE(status_->text(), QStringLiteral("Activating"));
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_ON.png"));
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
-             resource_image("B_Loosen_ON.png"));
+    QVERIFY(controls_shown(false));
     QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Activated"), 10000);
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_OFF.png"));
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
-             resource_image("B_Loosen_OFF.png"));
+    QVERIFY(controls_shown(true));
     // No simulated gripper turns: the state is set with the update loop stopped.
     driver_of(1)->stop_loop_update();
     driver_of(1)->set_gripper_status(GripperLogicControl::GS_TURNING);
     QTRY_COMPARE(status_->text(), QStringLiteral("Turning"));
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_ON.png"));
+    QVERIFY(controls_shown(false));
 }
 
 void GripperControlWidgetTest::hold_steps_the_field_every_25_ms_and_sends_on_release() {
@@ -301,23 +297,6 @@ void GripperControlWidgetTest::short_click_steps_the_gripper_once() {
     QTRY_COMPARE(simulator_.snapshot(QUICK).speed, driver_of(0)->get_speed_min());
     QTest::mouseClick(find<QPushButton>("push_button_force_max_"), Qt::LeftButton);
     QTRY_COMPARE(simulator_.snapshot(QUICK).force, driver_of(0)->get_force_max());
-}
-
-void GripperControlWidgetTest::object_detected_indicator_cannot_be_clicked() {
-    QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
-    QVERIFY(activate_and_wait(0));
-    QTRY_VERIFY(indicator->isEnabled());
-    QTest::mouseClick(indicator, Qt::LeftButton);
-    QTest::mouseDClick(indicator, Qt::LeftButton);
-    QVERIFY(!indicator->isChecked());
-    QVERIFY(move_to(100.0));
-    simulator_.set_object(QUICK, 300);
-    QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
-    QTRY_COMPARE(status_->text(), QStringLiteral("Detected"));
-    QTRY_VERIFY(indicator->isChecked());
-    QTest::mouseClick(indicator, Qt::LeftButton);
-    QVERIFY(indicator->isChecked());
-    QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
 }
 
 void GripperControlWidgetTest::whole_page_disabled_while_a_program_runs() {

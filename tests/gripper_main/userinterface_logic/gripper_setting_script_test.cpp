@@ -8,8 +8,8 @@
 #include <thread>
 
 #include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
-#include "tests/gripper_main/userinterface_logic/page_test_support.h"
 #include "tests/test_support/log_capture.h"
+#include "tests/test_support/page_test_support.h"
 #include "tools/gripper_simulator/simulator.h"
 
 using page_test::driver_of;

@@ -1,5 +1,5 @@
-#ifndef TESTS_GRIPPER_MAIN_USERINTERFACE_LOGIC_PAGE_TEST_SUPPORT_H
-#define TESTS_GRIPPER_MAIN_USERINTERFACE_LOGIC_PAGE_TEST_SUPPORT_H
+#ifndef TESTS_TEST_SUPPORT_PAGE_TEST_SUPPORT_H
+#define TESTS_TEST_SUPPORT_PAGE_TEST_SUPPORT_H
 
 #include <QApplication>
 #include <QComboBox>
@@ -90,37 +90,27 @@ inline void disconnect_all() {
 }
 
 // Every text a label showed, in order, sampled between the events of the interface thread.
-class LabelHistory : public QObject {
-    Q_OBJECT
-
+class LabelHistory {
 public:
-    explicit LabelHistory(QLabel* label) : label_(label) {
-        connect(&timer_, SIGNAL(timeout()), this, SLOT(sample()));
+    explicit LabelHistory(QLabel* label) {
+        QObject::connect(&timer_, &QTimer::timeout, [this, label] {
+            if (texts_.isEmpty() || texts_.last() != label->text()) {
+                texts_ << label->text();
+            }
+        });
         timer_.start(0);
     }
-
-    QStringList texts() const { return texts_; }
     void clear() { texts_.clear(); }
     // True when expected appear in this order (others may come between).
     bool saw_in_order(const QStringList& expected) const {
         int next = 0;
         for (const QString& text : texts_) {
-            if (next < expected.size() && text == expected.at(next)) {
-                ++next;
-            }
+            next += next < expected.size() && text == expected.at(next) ? 1 : 0;
         }
         return next == expected.size();
     }
 
-private slots:
-    void sample() {
-        if (texts_.isEmpty() || texts_.last() != label_->text()) {
-            texts_ << label_->text();
-        }
-    }
-
 private:
-    QLabel* label_;
     QTimer timer_;
     QStringList texts_;
 };
