@@ -22,7 +22,7 @@ GripperConnectionManager::~GripperConnectionManager() {}
 GripperLogicControl* GripperConnectionManager::create(
     GripperLogicControl::NotifyInterface* notify,
     GripperCommunication::CommunicationConnection connection,
-    const std::vector<std::string>& parameters) {
+    const std::vector<std::string>& parameters, GripperLinkFailure* failure) {
     GripperLogicControl* device = create_gripper_abstract_control(connection);
     if (nullptr == device) {
         private_->log_missing_device(connection, parameters);
@@ -36,6 +36,9 @@ GripperLogicControl* GripperConnectionManager::create(
         device->add_notify_interface(notify);
     }
     if (!GripperConnectionManagerPrivate::connect(device, parameters)) {
+        if (nullptr != failure) {
+            *failure = device->last_failure();
+        }
         private_->abandon(device);
         return nullptr;
     }

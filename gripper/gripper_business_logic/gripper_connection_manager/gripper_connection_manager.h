@@ -35,10 +35,12 @@ public:
     GripperConnectionManager& operator=(const GripperConnectionManager&) = delete;
 
     // A connected driver with its update loop running, or null. The caller's observer is added
-    // to the driver before it connects. A driver that fails to connect is destroyed, not freed.
+    // to the driver before it connects. A driver that fails to connect is destroyed, not freed;
+    // its link's last failure is copied to failure first, when one is given.
     GripperLogicControl* create(GripperLogicControl::NotifyInterface* notify,
                                 GripperCommunication::CommunicationConnection connection,
-                                const std::vector<std::string>& parameters);
+                                const std::vector<std::string>& parameters,
+                                GripperLinkFailure* failure = nullptr);
     // Stops the driver's loop, closes its link and forgets it; the object stays allocated.
     // A driver this manager does not hold leaves the manager locked: destroy only what create
     // gave and has not been destroyed yet.

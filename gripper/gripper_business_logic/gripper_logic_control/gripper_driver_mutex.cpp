@@ -3,7 +3,9 @@
 void GripperDriverMutex::lock() {
     const std::thread::id self = std::this_thread::get_id();
     std::unique_lock<std::mutex> state(state_mutex_);
+    ++waiters_;
     released_.wait(state, [this, self] { return free_for(self); });
+    --waiters_;
     take(self);
 }
 
@@ -31,7 +33,9 @@ void GripperDriverMutex::unlock() {
 bool GripperDriverMutex::lock_unless(const std::function<bool()>& give_up) {
     const std::thread::id self = std::this_thread::get_id();
     std::unique_lock<std::mutex> state(state_mutex_);
+    ++waiters_;
     released_.wait(state, [this, self, &give_up] { return free_for(self) || give_up(); });
+    --waiters_;
     if (!free_for(self)) {
         return false;
     }
@@ -43,6 +47,11 @@ void GripperDriverMutex::wake_waiters() {
     // Taking the state lock orders the caller's change with a waiter about to sleep.
     { std::lock_guard<std::mutex> state(state_mutex_); }
     released_.notify_all();
+}
+
+int GripperDriverMutex::waiters() const {
+    std::lock_guard<std::mutex> state(state_mutex_);
+    return waiters_;
 }
 
 bool GripperDriverMutex::free_for(std::thread::id self) const {

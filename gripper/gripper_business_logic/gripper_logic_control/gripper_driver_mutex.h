@@ -24,15 +24,18 @@ public:
     bool lock_unless(const std::function<bool()>& give_up);
     // Makes waiting lock_unless() calls ask their give_up() again.
     void wake_waiters();
+    // The threads asleep in lock() or lock_unless() now.
+    int waiters() const;
 
 private:
     bool free_for(std::thread::id self) const;
     void take(std::thread::id self);
 
-    std::mutex state_mutex_;
+    mutable std::mutex state_mutex_;
     std::condition_variable released_;
     std::thread::id owner_;
     int depth_ = 0;
+    int waiters_ = 0;
 };
 
 #endif

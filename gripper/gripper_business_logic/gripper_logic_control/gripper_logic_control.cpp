@@ -254,9 +254,18 @@ int32_t GripperLogicControl::get_model_series() const {
     return private_->model_series_;
 }
 
+int GripperLogicControl::protocol_type() const {
+    DriverLock lock(private_->mutex_);
+    return nullptr == gripper_protocol_ ? -1 : gripper_protocol_->get_protocol_type();
+}
+
 std::vector<uint8_t> GripperLogicControl::get_version() const {
     DriverLock lock(private_->mutex_);
     return private_->version_;
+}
+
+int GripperLogicControl::lock_waiters() const {
+    return private_->mutex_.waiters();
 }
 
 void GripperLogicControl::add_notify_interface(NotifyInterface* notify) {

@@ -80,6 +80,8 @@ public:
     bool takes_commands() const;
     CommunicationStatus get_communication_status() const;
     int32_t get_model_series() const;
+    // The protocol the handshake chose: 1 Modbus RTU, 0 frames, -1 none yet.
+    int protocol_type() const;
     std::vector<uint8_t> get_version() const;
 
     float get_position_min() const;
@@ -92,6 +94,9 @@ public:
     bool support_unify_force() const;
     bool support_speed() const;
     bool support_angle() const;
+
+    // The threads waiting for the driver lock, the update thread's next cycle among them.
+    int lock_waiters() const;
 
     // Does not wait for an exchange in progress.
     void add_notify_interface(NotifyInterface* notify);
@@ -124,6 +129,8 @@ protected:
     // stale: the gripper's unsolicited dropped frame among them is reported as if it had come
     // between cycles. True when there was one.
     bool take_dropped_feedback(const std::vector<uint8_t>& byte_stream);
+    // True while buffer_drop() reads bytes to throw them away.
+    bool discarding_stale_bytes() const;
 
     GripperProtocol* gripper_protocol_;
     // Read by the links' write_read: while set, an exchange gives up after its fourth pass.

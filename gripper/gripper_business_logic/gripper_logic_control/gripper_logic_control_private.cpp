@@ -28,6 +28,7 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       thread_loop_(true),
       loop_woken_(false),
       communication_(nullptr),
+      discarding_(false),
       move_pending_(false),
       arrived_seen_(false),
       initialize_(0),

@@ -91,6 +91,8 @@ public:
     // The link's descriptor, for sleeping until bytes arrive; used with mutex_ held.
     GripperByteArrival byte_arrival_;
     GripperCommunication* communication_;
+    // Set while buffer_drop() reads the bytes it throws away.
+    bool discarding_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
     int32_t initialize_;

@@ -127,7 +127,9 @@ bool GripperLogicControl::buffer_drop() {
     if (length <= 0) {
         return true;
     }
+    private_->discarding_ = true;
     const std::vector<uint8_t> drop_byte = private_->communication_->read(length);
+    private_->discarding_ = false;
     if (drop_byte.empty()) {
         GRIPPER_LOG("W", "0 == drop_byte.size()");
         return false;
@@ -135,6 +137,10 @@ bool GripperLogicControl::buffer_drop() {
     GRIPPER_LOG("W", "drop_byte = %s", MiscellaneousUtility::convert_hex_binary(drop_byte).c_str());
     take_dropped_feedback(drop_byte);
     return true;
+}
+
+bool GripperLogicControl::discarding_stale_bytes() const {
+    return private_->discarding_;
 }
 
 bool GripperLogicControl::take_dropped_feedback(const std::vector<uint8_t>& byte_stream) {

@@ -37,6 +37,48 @@ const Static& statics() {
 
 GripperCommunication::~GripperCommunication() {}
 
+GripperCommunication::TrafficObserver::~TrafficObserver() {}
+
+bool GripperCommunication::TrafficObserver::refuse_write(const std::vector<uint8_t>&) {
+    return false;
+}
+
+void GripperCommunication::set_traffic_observer(TrafficObserver* observer) {
+    traffic_observer_ = observer;
+}
+
+GripperLinkFailure GripperCommunication::last_failure() const {
+    std::lock_guard<std::mutex> lock(failure_mutex_);
+    return last_failure_;
+}
+
+bool GripperCommunication::refuse_write(const std::vector<uint8_t>& bytes) {
+    TrafficObserver* observer = traffic_observer_;
+    return nullptr != observer && observer->refuse_write(bytes);
+}
+
+void GripperCommunication::report_written(const std::vector<uint8_t>& bytes, bool ok) {
+    TrafficObserver* observer = traffic_observer_;
+    if (nullptr != observer) {
+        observer->on_written(bytes, ok);
+    }
+}
+
+void GripperCommunication::report_read(const std::vector<uint8_t>& bytes, bool discarded_as_stale) {
+    TrafficObserver* observer = traffic_observer_;
+    if (nullptr != observer) {
+        observer->on_read(bytes, discarded_as_stale);
+    }
+}
+
+void GripperCommunication::keep_failure(GripperLinkFailure::Code code, int error_number,
+                                        const std::string& sentence) {
+    std::lock_guard<std::mutex> lock(failure_mutex_);
+    last_failure_.code = code;
+    last_failure_.error_number = error_number;
+    last_failure_.sentence = sentence;
+}
+
 std::string GripperCommunication::communication_status_to_string(CommunicationStatus status) {
     return enum_name_of(statics().map_communicatoin_status_, status);
 }

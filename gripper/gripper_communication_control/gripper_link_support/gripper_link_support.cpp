@@ -29,6 +29,7 @@ GripperLinkSupport::GripperLinkSupport(GripperLogicControl* link, const Traits& 
 bool GripperLinkSupport::accept_parameters(const std::vector<std::string>& parameters) {
     if (parameters.size() < 2) {
         GRIPPER_LOG("E", "list_parameters.size() < 2");
+        link_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0, "list_parameters.size() < 2");
         for (const std::string& parameter : parameters) {
             GRIPPER_LOG("E", "%s", parameter.c_str());
         }
@@ -39,6 +40,8 @@ bool GripperLinkSupport::accept_parameters(const std::vector<std::string>& param
     }
     if (traits_.parameter_count != parameters.size()) {
         GRIPPER_LOG("W", "%d != list_parameters.size()", static_cast<int>(traits_.parameter_count));
+        link_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0,
+                            std::to_string(traits_.parameter_count) + " != list_parameters.size()");
         return false;
     }
     return true;
@@ -49,12 +52,17 @@ bool GripperLinkSupport::accept_operation(const std::string& operation) {
         MiscellaneousUtility::string_to_connect_operate(operation);
     if (MiscellaneousUtility::CO_UNDEFINE == type) {
         GRIPPER_LOG("W", "MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type");
+        link_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0,
+                            "MiscellaneousUtility::ConnectOperate::CO_UNDEFINE == type");
         return false;
     }
     if (MiscellaneousUtility::CO_SCAN == type) {
         // A scan names no device of its own, so there is nothing to open.
         GRIPPER_LOG("W", "%d != real_parameters.size()",
                     static_cast<int>(traits_.parameter_count) - 1);
+        link_->keep_failure(
+            GripperLinkFailure::LF_PARAMETERS, 0,
+            std::to_string(traits_.parameter_count - 1) + " != real_parameters.size()");
         return false;
     }
     return true;
@@ -100,6 +108,13 @@ void GripperLinkSupport::close_descriptor(int& descriptor) {
 }
 
 std::vector<uint8_t> GripperLinkSupport::read(int descriptor, int length) {
+    const bool stale = link_->discarding_stale_bytes();
+    const std::vector<uint8_t> bytes = receive(descriptor, length);
+    link_->report_read(bytes, stale);
+    return bytes;
+}
+
+std::vector<uint8_t> GripperLinkSupport::receive(int descriptor, int length) {
     if (!usable(descriptor)) {
         return std::vector<uint8_t>();
     }
@@ -115,13 +130,24 @@ std::vector<uint8_t> GripperLinkSupport::read(int descriptor, int length) {
     }
     std::vector<uint8_t> byte_stream(length);
     if (length != traits_.receive(descriptor, byte_stream.data(), byte_stream.size())) {
+        const int error = errno;
         GRIPPER_LOG(traits_.fault_level, "%s", traits_.receive_failure);
+        link_->keep_failure(GripperLinkFailure::LF_READ, error, traits_.receive_failure);
         return std::vector<uint8_t>();
     }
     return byte_stream;
 }
 
 bool GripperLinkSupport::write(int descriptor, const std::vector<uint8_t>& write_stream) {
+    if (link_->refuse_write(write_stream)) {
+        return false;
+    }
+    const bool written = send(descriptor, write_stream);
+    link_->report_written(write_stream, written);
+    return written;
+}
+
+bool GripperLinkSupport::send(int descriptor, const std::vector<uint8_t>& write_stream) {
     if (!usable(descriptor)) {
         return false;
     }
@@ -143,6 +169,8 @@ void GripperLinkSupport::report_short_write(const std::vector<uint8_t>& write_st
     if (size < 0) {
         GRIPPER_LOG_ERRNO("E", error);
     }
+    link_->keep_failure(GripperLinkFailure::LF_WRITE, size < 0 ? error : 0,
+                        "size != static_cast<const int>(write_stream.size())");
     link_->set_communication_status(GripperCommunication::CS_WRITE_EXCEPTION);
 }
 
@@ -152,9 +180,13 @@ int GripperLinkSupport::available(int descriptor) {
     }
     int length = 0;
     if (-1 == ioctl(descriptor, FIONREAD, &length)) {
+        const int error = errno;
         if (!available_failing_) {
             GRIPPER_LOG(traits_.fault_level, "-1 == ioctl(%s, FIONREAD, &length)",
                         traits_.descriptor_name);
+            link_->keep_failure(
+                GripperLinkFailure::LF_READ, error,
+                std::string("-1 == ioctl(") + traits_.descriptor_name + ", FIONREAD, &length)");
         }
         available_failing_ = true;
         return 0;
@@ -166,6 +198,8 @@ int GripperLinkSupport::available(int descriptor) {
 bool GripperLinkSupport::usable(int descriptor) {
     if (-1 == descriptor) {
         GRIPPER_LOG(traits_.fault_level, "-1 == %s", traits_.descriptor_name);
+        link_->keep_failure(GripperLinkFailure::LF_OPEN, 0,
+                            std::string("-1 == ") + traits_.descriptor_name);
         return false;
     }
     if (link_->occur_exception()) {
@@ -229,6 +263,7 @@ bool GripperLinkSupport::retry_cap_reached(int count) {
         return false;
     }
     GRIPPER_LOG("W", "count > 3");
+    link_->keep_failure(GripperLinkFailure::LF_TIMEOUT, 0, "count > 3");
     return true;
 }
 
@@ -236,6 +271,9 @@ void GripperLinkSupport::log_wait_state(const std::vector<uint8_t>& write_stream
     GRIPPER_LOG("W", "write_stream = %s", hex(write_stream).c_str());
     GRIPPER_LOG("W", "count = %d", count);
     GRIPPER_LOG("W", "available() = %d", link_->available());
+    link_->keep_failure(
+        GripperLinkFailure::LF_TIMEOUT, 0,
+        "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())");
 }
 
 void GripperLinkSupport::report_exhaustion() {
@@ -250,6 +288,7 @@ bool GripperLinkSupport::answer_present(const std::vector<uint8_t>& answer) {
         return true;
     }
     GRIPPER_LOG("W", "0 == read_byte_stream.size()");
+    link_->keep_failure(GripperLinkFailure::LF_READ, 0, "0 == read_byte_stream.size()");
     return false;
 }
 
@@ -259,5 +298,7 @@ bool GripperLinkSupport::answer_matches(bool set, const std::vector<uint8_t>& wr
         return true;
     }
     GRIPPER_LOG("W", "!gripper_protocol_->compare_package(set, write_stream, read_byte_stream)");
+    link_->keep_failure(GripperLinkFailure::LF_ANSWER, 0,
+                        "!gripper_protocol_->compare_package(set, write_stream, read_byte_stream)");
     return false;
 }

@@ -69,6 +69,8 @@ public:
 
 private:
     bool accept_operation(const std::string& operation);
+    std::vector<uint8_t> receive(int descriptor, int length);
+    bool send(int descriptor, const std::vector<uint8_t>& write_stream);
     void report_short_write(const std::vector<uint8_t>& write_stream, ssize_t size, int error);
 
     GripperLogicControl* link_;

@@ -53,11 +53,15 @@ bool GripperTCPClientCommunicationControlPrivate::accept_address(const std::stri
                                                                  const std::string& port) {
     if (!MiscellaneousUtility::is_valid_ip(ip)) {
         GRIPPER_LOG("W", "!MiscellaneousUtility::is_valid_ip(ip)");
+        parent_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0,
+                              "!MiscellaneousUtility::is_valid_ip(ip)");
         GRIPPER_LOG("W", "ip = %s", ip.c_str());
         return false;
     }
     if (!MiscellaneousUtility::is_valid_port(port)) {
         GRIPPER_LOG("W", "!MiscellaneousUtility::is_valid_port(port)");
+        parent_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0,
+                              "!MiscellaneousUtility::is_valid_port(port)");
         GRIPPER_LOG("W", "port = %s", port.c_str());
         return false;
     }
@@ -72,6 +76,7 @@ bool GripperTCPClientCommunicationControlPrivate::create_socket() {
         socket_ = -1;
         GRIPPER_LOG("W", "private_->socket_ < 0");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error, "private_->socket_ < 0");
         return false;
     }
     return true;
@@ -99,6 +104,7 @@ bool GripperTCPClientCommunicationControlPrivate::set_option(int level, int name
         const int error = errno;
         GRIPPER_LOG("W", "%s", condition);
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error, condition);
         return false;
     }
     return true;
@@ -113,6 +119,8 @@ bool GripperTCPClientCommunicationControlPrivate::connect_to(const std::string& 
     // The address check reads only the leading numbers; the dotted text itself must be clean.
     if (1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)) {
         GRIPPER_LOG("W", "1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)");
+        parent_->keep_failure(GripperLinkFailure::LF_PARAMETERS, 0,
+                              "1 != inet_pton(AF_INET, ip.c_str(), &address.sin_addr)");
         return false;
     }
     GRIPPER_LOG("D", "ip.c_str() = %s", ip.c_str());
@@ -124,6 +132,7 @@ bool GripperTCPClientCommunicationControlPrivate::connect_to(const std::string& 
     if (EINPROGRESS != error) {
         GRIPPER_LOG("W", "EINPROGRESS != errno");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_CONNECT, error, "EINPROGRESS != errno");
         return false;
     }
     return wait_connected();
@@ -135,7 +144,10 @@ bool GripperTCPClientCommunicationControlPrivate::wait_connected() {
         parent_->get_default_wait_for_length_available_interval() * CONNECT_TIMEOUT_FACTOR;
     const int result = poll(&writable, 1, timeout);
     if (result <= 0) {
+        const int poll_error = result < 0 ? errno : ETIMEDOUT;
         GRIPPER_LOG("W", "connect timeout result = %d", result);
+        parent_->keep_failure(GripperLinkFailure::LF_CONNECT, poll_error,
+                              "connect timeout result = " + std::to_string(result));
         return false;
     }
     // Writable also means refused or unreachable: the pending error tells which.
@@ -144,6 +156,7 @@ bool GripperTCPClientCommunicationControlPrivate::wait_connected() {
     if (0 != getsockopt(socket_, SOL_SOCKET, SO_ERROR, &error, &size) || 0 != error) {
         GRIPPER_LOG("W", "0 != error");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_CONNECT, error, "0 != error");
         return false;
     }
     return true;

@@ -46,6 +46,8 @@ GripperUSBSerialportCommunicationControlPrivate::
 
 bool GripperUSBSerialportCommunicationControlPrivate::open_port(const std::string& path) {
     if (-1 == access(path.c_str(), F_OK)) {
+        parent_->keep_failure(GripperLinkFailure::LF_NO_DEVICE, errno,
+                              "-1 == access(path.c_str(), F_OK)");
         GRIPPER_LOG("W", "-1 == access(path.c_str(), F_OK)");
         GRIPPER_LOG("W", "path = %s", path.c_str());
         return false;
@@ -56,6 +58,7 @@ bool GripperUSBSerialportCommunicationControlPrivate::open_port(const std::strin
         const int error = errno;
         GRIPPER_LOG("W", "-1 == private_->fd_");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error, "-1 == private_->fd_");
         return false;
     }
     return true;
@@ -70,7 +73,12 @@ bool GripperUSBSerialportCommunicationControlPrivate::raise_dtr() {
     GRIPPER_LOG("W", "-1 == ::ioctl(private_->fd_, TIOCMBIS, &status)");
     GRIPPER_LOG_ERRNO("W", error);
     // A pseudo-terminal has no modem lines and works without DTR.
-    return ENOTTY == error;
+    if (ENOTTY == error) {
+        return true;
+    }
+    parent_->keep_failure(GripperLinkFailure::LF_OPEN, error,
+                          "-1 == ::ioctl(private_->fd_, TIOCMBIS, &status)");
+    return false;
 }
 
 bool GripperUSBSerialportCommunicationControlPrivate::configure_port() {
@@ -87,6 +95,8 @@ bool GripperUSBSerialportCommunicationControlPrivate::read_attributes(struct ter
         const int error = errno;
         GRIPPER_LOG("W", "0 != tcgetattr(private_->fd_, &termios)");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error,
+                              "0 != tcgetattr(private_->fd_, &termios)");
         return false;
     }
     return true;
@@ -105,10 +115,14 @@ void GripperUSBSerialportCommunicationControlPrivate::make_raw(struct termios& t
 bool GripperUSBSerialportCommunicationControlPrivate::set_speed(struct termios& termios) {
     if (0 != cfsetispeed(&termios, B115200)) {
         GRIPPER_LOG("W", "0 != cfsetispeed(&termios, B115200)");
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, 0,
+                              "0 != cfsetispeed(&termios, B115200)");
         return false;
     }
     if (0 != cfsetospeed(&termios, B115200)) {
         GRIPPER_LOG("W", "0 != cfsetospeed(&termios, B115200)");
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, 0,
+                              "0 != cfsetospeed(&termios, B115200)");
         return false;
     }
     return true;
@@ -120,12 +134,16 @@ bool GripperUSBSerialportCommunicationControlPrivate::apply_attributes(
         const int error = errno;
         GRIPPER_LOG("W", "0 != tcflush(private_->fd_, TCIFLUSH)");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error,
+                              "0 != tcflush(private_->fd_, TCIFLUSH)");
         return false;
     }
     if (0 != tcsetattr(fd_, TCSANOW, &termios)) {
         const int error = errno;
         GRIPPER_LOG("W", "0 != tcsetattr(private_->fd_, TCSANOW, &termios)");
         GRIPPER_LOG_ERRNO("W", error);
+        parent_->keep_failure(GripperLinkFailure::LF_OPEN, error,
+                              "0 != tcsetattr(private_->fd_, TCSANOW, &termios)");
         return false;
     }
     return true;
