@@ -21,12 +21,15 @@ public:
                              const std::vector<std::string>& parameters);
     // The driver the manager made during run(), connected or not; null if it made none.
     GripperLogicControl* made() const { return made_; }
+    // What made run() fail, when it did.
+    const GripperLinkFailure& failure() const { return failure_; }
 
 private:
     void on_gripper_abstract_control_create(GripperLogicControl* control) override;
 
     const std::thread::id thread_;
     GripperLogicControl* made_;
+    GripperLinkFailure failure_;
 };
 
 #endif

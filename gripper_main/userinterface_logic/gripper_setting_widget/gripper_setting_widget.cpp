@@ -176,6 +176,7 @@ void GripperSettingWidget::apply_enabled(GripperDevice* device) {
 void GripperSettingWidget::apply_status(GripperDevice* device) {
     GripperLogicControl* driver = nullptr != device ? device->gripper_abstract_control_ : nullptr;
     const bool busy = nullptr != device && busy_devices_.count(device) > 0;
+    ui->label_status_->setToolTip(failure_sentence(device));
     if (busy) {
         GripperStatusText::show(ui->label_status_,
                                 nullptr == driver ? tr("Connecting") : tr("Disconnecting"),
@@ -184,6 +185,18 @@ void GripperSettingWidget::apply_status(GripperDevice* device) {
     }
     GripperStatusText::show(ui->label_status_, GripperStatusText::of(driver),
                             GripperStatusText::tone(driver));
+}
+
+// The sentence of the link's last failure: the driver's, or without one the failed connect's.
+QString GripperSettingWidget::failure_sentence(GripperDevice* device) const {
+    if (nullptr == device) {
+        return QString();
+    }
+    if (nullptr != device->gripper_abstract_control_) {
+        return QString::fromStdString(device->gripper_abstract_control_->last_failure().sentence);
+    }
+    const auto found = connect_failures_.find(device);
+    return connect_failures_.end() == found ? QString() : found->second;
 }
 
 bool GripperSettingWidget::usb_selected() const {

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <set>
 #include <string>
@@ -86,6 +87,7 @@ private:
     void apply_enabled(GripperDevice* device);
     void apply_status(GripperDevice* device);
     bool usb_selected() const;
+    QString failure_sentence(GripperDevice* device) const;
 
     bool take_tcp_parameters(GripperDevice* device);
     void take_usb_parameters(GripperDevice* device);
@@ -100,7 +102,8 @@ private:
     void job_started(GripperDevice* device);
     void job_finished(GripperDevice* device);
     void note_driver(GripperLogicControl* driver);
-    void connect_finished(GripperDevice* device, GripperLogicControl* driver);
+    void connect_finished(GripperDevice* device, GripperLogicControl* driver,
+                          const QString& failure);
     void disconnect_finished(GripperDevice* device, GripperLogicControl* driver, bool destroyed);
 
     int prepare_script_connect(int connection, const QStringList& parameters);
@@ -127,6 +130,8 @@ private:
     bool fields_changed_;
     // Devices with an operation under way (interface thread only).
     std::set<GripperDevice*> busy_devices_;
+    // Why the last connect of a device failed, until one succeeds (interface thread only).
+    std::map<GripperDevice*, QString> connect_failures_;
     // Set while a script call on the interface thread runs its operations in place.
     bool run_jobs_in_place_;
     std::atomic<bool> update_queued_;

@@ -214,17 +214,24 @@ void GripperSettingWidget::start_connect(GripperDevice* device) {
         GripperConnectAttempt attempt;
         GripperLogicControl* driver = attempt.run(notify, connection, parameters);
         page->note_driver(attempt.made());
-        return Completion([page, device, driver] {
+        const QString failure = QString::fromStdString(attempt.failure().sentence);
+        return Completion([page, device, driver, failure] {
             page->run_on_interface_thread(
-                [page, device, driver] { page->connect_finished(device, driver); }, false);
+                [page, device, driver, failure] {
+                    page->connect_finished(device, driver, failure);
+                },
+                false);
         });
     });
 }
 
-void GripperSettingWidget::connect_finished(GripperDevice* device, GripperLogicControl* driver) {
+void GripperSettingWidget::connect_finished(GripperDevice* device, GripperLogicControl* driver,
+                                            const QString& failure) {
     device->gripper_abstract_control_ = driver;
+    connect_failures_.erase(device);
     if (nullptr == driver) {
         GRIPPER_LOG("W", "NULL == device->gripper_abstract_control_");
+        connect_failures_[device] = failure;
     }
     job_finished(device);
     if (nullptr != driver && !in_registry(device)) {

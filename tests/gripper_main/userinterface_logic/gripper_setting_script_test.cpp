@@ -98,18 +98,23 @@ void GripperSettingScriptTest::connect_returns_once_the_driver_is_stored() {
         !on_script_thread([] { return GripperSettingWidget::instance()->disconnect_gripper(); }));
 }
 
+// The status's tool tip tells why, in the words of the log line; a connect that works clears it.
 void GripperSettingScriptTest::failed_connect_leaves_the_device_disconnected() {
+    LogCapture log;
     simulator_.set_fault(FIRST, gripper_sim::Fault::silent);
     const long frames_before = simulator_.snapshot(FIRST).frames_received;
     QVERIFY(connect_on_script_thread(GripperCommunication::CC_TCP_CLIENT,
                                      tcp(1, simulator_.tcp_port(FIRST))));
     QVERIFY(nullptr == driver_of(1));
     QVERIFY(simulator_.snapshot(FIRST).frames_received > frames_before);
-    QCOMPARE(page_->findChild<QLabel*>("label_status_")->text(), QStringLiteral("Disconnected"));
+    QLabel* status = page_->findChild<QLabel*>("label_status_");
+    QCOMPARE(status->text(), QStringLiteral("Disconnected"));
+    QVERIFY(!status->toolTip().isEmpty() && log.contains(status->toolTip().toStdString()));
     simulator_.set_fault(FIRST, gripper_sim::Fault::none);
     QVERIFY(connect_on_script_thread(GripperCommunication::CC_TCP_CLIENT,
                                      tcp(1, simulator_.tcp_port(FIRST))));
     QVERIFY(nullptr != driver_of(1));
+    QCOMPARE(status->toolTip(), QString());
 }
 
 void GripperSettingScriptTest::bad_parameter_lists_are_refused() {

@@ -322,7 +322,9 @@ void GripperSettingWidgetTest::whole_page_disabled_while_a_program_runs() {
     QTRY_VERIFY(setting_->isEnabled());
 }
 
+// The status's tool tip carries the sentence of the link's last failure, as its log line does.
 void GripperSettingWidgetTest::vanished_port_shows_write_exception() {
+    LogCapture log;
     simulator_.set_announce_file(MODBUS, PTS_FILE);
     choose_type(QStringLiteral("USB"));
     click("push_button_scan_");
@@ -331,6 +333,8 @@ void GripperSettingWidgetTest::vanished_port_shows_write_exception() {
     simulator_.set_fault(MODBUS, gripper_sim::Fault::vanish);
     QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("Write EXCP"), 10000);
     QCOMPARE(find<QLabel>("label_status_")->property("tone").toString(), QStringLiteral("fault"));
+    const QString sentence = find<QLabel>("label_status_")->toolTip();
+    QVERIFY(!sentence.isEmpty() && log.contains(sentence.toStdString()));
     QVERIFY(find<QPushButton>("push_button_disconnect_")->isEnabled());
     click("push_button_disconnect_");
     QTRY_COMPARE(status(), QStringLiteral("Disconnected"));
