@@ -4,7 +4,9 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QSettings>
 #include <QStringList>
@@ -19,8 +21,10 @@
 
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
 #include "src/plugins/templateplugin/common/combobox.h"
 #include "src/plugins/templateplugin/common/settings.h"
+#include "tools/gripper_simulator/simulator.h"
 
 namespace page_test {
 
@@ -113,6 +117,57 @@ public:
 private:
     QTimer timer_;
     QStringList texts_;
+};
+
+// The fixture of a page test: the tab page shown at the design resolution, simulated grippers,
+// and the operator's and the script's ways to the page part under test (scope_).
+class PageTest : public QObject {
+protected:
+    bool show_page() {
+        use_design_resolution(folder_);
+        page_ = new GripperWidget();
+        page_->resize(1024, 768);
+        page_->show();
+        return QTest::qWaitForWindowExposed(page_);
+    }
+    template <typename T>
+    T* find(const char* name) const {
+        T* found = scope_->findChild<T*>(QString::fromLatin1(name));
+        Q_ASSERT(nullptr != found);
+        return found;
+    }
+    void click(const char* button) { QTest::mouseClick(find<QWidget>(button), Qt::LeftButton); }
+    void type_into(const char* line_edit, const QString& text) {
+        QLineEdit* edit = find<QLineEdit>(line_edit);
+        edit->clear();
+        QTest::keyClicks(edit, text);
+    }
+    // A script connect of gripper to entry index; serial grippers through a link of another
+    // name, since a path under /dev/pts stands for the scanned one.
+    bool connect_gripper(int index, int gripper) {
+        std::vector<std::string> parameters{std::to_string(index)};
+        GripperCommunication::CommunicationConnection connection =
+            GripperCommunication::CC_TCP_CLIENT;
+        if (0 == simulator_.tcp_port(gripper)) {
+            const QString link = folder_.filePath(QStringLiteral("gripper%1").arg(gripper));
+            QFile::remove(link);
+            QFile::link(QString::fromStdString(simulator_.endpoint(gripper)), link);
+            parameters.push_back(link.toStdString());
+            connection = GripperCommunication::CC_USB_SERIALPORT;
+        } else {
+            parameters.push_back("127.0.0.1");
+            parameters.push_back(std::to_string(simulator_.tcp_port(gripper)));
+        }
+        return on_script_thread([&] {
+                   return GripperSettingWidget::instance()->connect_gripper(connection, parameters);
+               }) &&
+               nullptr != driver_of(index);
+    }
+
+    QTemporaryDir folder_;
+    gripper_sim::Simulator simulator_;
+    GripperWidget* page_ = nullptr;
+    QWidget* scope_ = nullptr;
 };
 
 }  // namespace page_test
