@@ -229,6 +229,19 @@ GripperLogicControl::GripperStatus GripperLogicControl::get_gripper_status() con
     return private_->gripper_status_;
 }
 
+bool GripperLogicControl::takes_commands() const {
+    switch (get_gripper_status()) {
+        case GS_ACTIVATED:
+        case GS_MOVING:
+        case GS_ARRIVED:
+        case GS_DETECTED:
+        case GS_DROPPED:
+            return true;
+        default:
+            return false;
+    }
+}
+
 GripperCommunication::CommunicationStatus GripperLogicControl::get_communication_status() const {
     return private_->communication_status_;
 }

@@ -73,6 +73,10 @@ public:
     int cached_force() const;
     int cached_speed() const;
     GripperStatus get_gripper_status() const;
+    // The statuses in which the gripper takes move, force and speed commands: activated and not
+    // turning. The driver's own check, the plug-in's activation answer and the Control page's
+    // buttons all ask this.
+    bool takes_commands() const;
     CommunicationStatus get_communication_status() const;
     int32_t get_model_series() const;
     // The protocol the handshake chose: 1 Modbus RTU, 0 frames, -1 none yet.

@@ -137,16 +137,7 @@ bool GripperLogicControlPrivate::accepts_motion_command() const {
         return false;
     }
     // Refused without a message while undefined, inactive, activating or turning.
-    switch (gripper_status_.load()) {
-        case GripperLogicControl::GS_ACTIVATED:
-        case GripperLogicControl::GS_MOVING:
-        case GripperLogicControl::GS_ARRIVED:
-        case GripperLogicControl::GS_DETECTED:
-        case GripperLogicControl::GS_DROPPED:
-            return true;
-        default:
-            return false;
-    }
+    return parent_->takes_commands();
 }
 
 bool GripperLogicControlPrivate::may_hold_object() const {

@@ -16,20 +16,6 @@
 
 namespace {
 
-// The gripper states in which it may be driven by hand.
-bool drivable(GripperLogicControl::GripperStatus status) {
-    switch (status) {
-        case GripperLogicControl::GS_ACTIVATED:
-        case GripperLogicControl::GS_MOVING:
-        case GripperLogicControl::GS_ARRIVED:
-        case GripperLogicControl::GS_DETECTED:
-        case GripperLogicControl::GS_DROPPED:
-            return true;
-        default:
-            return false;
-    }
-}
-
 // A field is not rewritten while the operator edits it or holds its button.
 void show_text(QLineEdit* field, const QString& text, bool held) {
     if (!held && !field->hasFocus() && field->text() != text) {
@@ -60,6 +46,10 @@ GripperControlWidget::GripperControlWidget(QWidget* parent)
     repeat_timer_->setInterval(REPEAT_INTERVAL_MS);
     connect(press_timer_, SIGNAL(timeout()), this, SLOT(on_timeout()));
     connect(repeat_timer_, SIGNAL(timeout()), this, SLOT(on_timeout()));
+    connect(this, &GripperControlWidget::update_requested, this, &GripperControlWidget::update_ui,
+            Qt::QueuedConnection);
+    connect(this, &GripperControlWidget::program_state_requested, this,
+            &GripperControlWidget::apply_program_state, Qt::QueuedConnection);
     GripperConnectionManager::instance().add_notify_interface(this);
     GripperGlobal::instance().add_notify_interface(this);
     ui->combo_box_node_2->addItem(QStringLiteral("1"));
@@ -119,8 +109,8 @@ void GripperControlWidget::update_ui() {
         driver->add_notify_interface(this);
     }
     show_values(driver);
-    const GripperLogicControl::GripperStatus status = driver->get_gripper_status();
-    show_controls(drivable(status), GripperLogicControl::GS_DETECTED == status);
+    show_controls(driver->takes_commands(),
+                  GripperLogicControl::GS_DETECTED == driver->get_gripper_status());
     GripperStatusText::show(ui->label_status_, GripperStatusText::of(driver),
                             GripperStatusText::tone(driver));
 }
@@ -219,67 +209,16 @@ void GripperControlWidget::on_program_state_changed(GripperGlobal::ProgramState 
         apply_program_state(state);
         return;
     }
-    if (!QMetaObject::invokeMethod(this, "apply_program_state", Qt::QueuedConnection,
-                                   Q_ARG(int, static_cast<int>(state)))) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"apply_program_state\", "
-                    "Qt::QueuedConnection)");
-    }
+    emit program_state_requested(static_cast<int>(state));
 }
 
 void GripperControlWidget::queue_update_ui() {
-    if (update_queued_.exchange(true)) {
-        return;
-    }
-    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
-        update_queued_ = false;
-        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::QueuedConnection)");
+    if (!update_queued_.exchange(true)) {
+        emit update_requested();
     }
 }
 
-void GripperControlWidget::on_list_all_device_changed() {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_gripper_abstract_control_create(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_gripper_abstract_control_destroy(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_scan_status_changed(GripperConnectionManager::ScanStatus) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_communication_status_changed(
-    GripperLogicControl*, GripperCommunication::CommunicationStatus) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_gripper_move_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_gripper_turn_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_position_changed(GripperLogicControl*, float) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_force_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_speed_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperControlWidget::on_angle_changed(GripperLogicControl*, int) {
+// The program state, handled above, leaves the rest of the page as it is.
+void GripperControlWidget::on_any_change() {
     queue_update_ui();
 }

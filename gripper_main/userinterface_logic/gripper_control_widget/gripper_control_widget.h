@@ -7,9 +7,7 @@
 #include <functional>
 #include <set>
 
-#include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
-#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
-#include "gripper_main/business_logic/gripper_global/gripper_global.h"
+#include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
 
 class QTimer;
 
@@ -25,10 +23,7 @@ class GripperControlWidget;
 // Press and hold a decrease or increase button: after 500 ms the field steps every 25 ms, within
 // the driver's limits, and the shown value is sent on release; a shorter click steps the
 // gripper's current value once.
-class GripperControlWidget : public QWidget,
-                             private GripperGlobal::NotifyInterface,
-                             private GripperConnectionManager::NotifyInterface,
-                             private GripperLogicControl::NotifyInterface {
+class GripperControlWidget : public QWidget, private GripperObserverAdapter {
     Q_OBJECT
 
 public:
@@ -73,6 +68,12 @@ public slots:
 
     void on_line_edit_force__cursorPositionChanged(int, int) {}
 
+signals:
+    // Notifications from other threads, carried to the interface thread; connected in the
+    // constructor.
+    void update_requested();
+    void program_state_requested(int state);
+
 private slots:
     void apply_program_state(int state);
 
@@ -89,22 +90,8 @@ private:
     };
     typedef std::function<bool(GripperLogicControl*)> Command;
 
-    void on_list_all_device_changed() override;
     void on_program_state_changed(GripperGlobal::ProgramState state) override;
-    void on_program_startup() override {}
-    void on_gripper_abstract_control_create(GripperLogicControl* control) override;
-    void on_gripper_abstract_control_destroy(GripperLogicControl* control) override;
-    void on_scan_status_changed(GripperConnectionManager::ScanStatus status) override;
-    void on_communication_status_changed(GripperLogicControl* control,
-                                         GripperCommunication::CommunicationStatus status) override;
-    void on_gripper_move_status_changed(GripperLogicControl* control,
-                                        GripperLogicControl::GripperStatus status) override;
-    void on_gripper_turn_status_changed(GripperLogicControl* control,
-                                        GripperLogicControl::GripperStatus status) override;
-    void on_position_changed(GripperLogicControl* control, float position) override;
-    void on_force_changed(GripperLogicControl* control, int force) override;
-    void on_speed_changed(GripperLogicControl* control, int speed) override;
-    void on_angle_changed(GripperLogicControl* control, int angle) override;
+    void on_any_change() override;
 
     void setup_form();
     void queue_update_ui();

@@ -11,7 +11,7 @@ GripperLogicControl* GripperConnectAttempt::run(
     const std::vector<std::string>& parameters) {
     GripperConnectionManager& manager = GripperConnectionManager::instance();
     manager.add_notify_interface(this);
-    GripperLogicControl* driver = manager.create(notify, connection, parameters);
+    GripperLogicControl* driver = manager.create(notify, connection, parameters, &failure_);
     manager.remove_notify_interface(this);
     if (nullptr == driver && nullptr != made_) {
         GripperCommandWorker::instance().retire(made_);

@@ -5,13 +5,13 @@
 #include <thread>
 #include <vector>
 
-#include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
+#include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
 
 // One connection attempt through the connection manager, made on the thread that calls run().
 // The manager destroys a driver that fails to connect but does not free it: the attempt notes
 // the driver the manager made on this thread and hands a failed one to the command worker,
 // which frees it at exit.
-class GripperConnectAttempt : private GripperConnectionManager::NotifyInterface {
+class GripperConnectAttempt : private GripperObserverAdapter {
 public:
     GripperConnectAttempt();
 
@@ -21,14 +21,15 @@ public:
                              const std::vector<std::string>& parameters);
     // The driver the manager made during run(), connected or not; null if it made none.
     GripperLogicControl* made() const { return made_; }
+    // What made run() fail, when it did.
+    const GripperLinkFailure& failure() const { return failure_; }
 
 private:
     void on_gripper_abstract_control_create(GripperLogicControl* control) override;
-    void on_gripper_abstract_control_destroy(GripperLogicControl*) override {}
-    void on_scan_status_changed(GripperConnectionManager::ScanStatus) override {}
 
     const std::thread::id thread_;
     GripperLogicControl* made_;
+    GripperLinkFailure failure_;
 };
 
 #endif

@@ -61,6 +61,9 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
       closing_(false) {
     Q_INIT_RESOURCE(gripper_images);
     setup_form();
+    const auto run = [](const std::function<void()>& call) { call(); };
+    connect(this, &GripperSettingWidget::call_queued, this, run, Qt::QueuedConnection);
+    connect(this, &GripperSettingWidget::call_blocking, this, run, Qt::BlockingQueuedConnection);
     GripperGlobal::instance().add_notify_interface(this);
     GripperConnectionManager::instance().add_notify_interface(this);
     ui->combo_box_type_->addItem(QStringLiteral("TCP Client"));
@@ -173,6 +176,7 @@ void GripperSettingWidget::apply_enabled(GripperDevice* device) {
 void GripperSettingWidget::apply_status(GripperDevice* device) {
     GripperLogicControl* driver = nullptr != device ? device->gripper_abstract_control_ : nullptr;
     const bool busy = nullptr != device && busy_devices_.count(device) > 0;
+    ui->label_status_->setToolTip(failure_sentence(device));
     if (busy) {
         GripperStatusText::show(ui->label_status_,
                                 nullptr == driver ? tr("Connecting") : tr("Disconnecting"),
@@ -181,6 +185,18 @@ void GripperSettingWidget::apply_status(GripperDevice* device) {
     }
     GripperStatusText::show(ui->label_status_, GripperStatusText::of(driver),
                             GripperStatusText::tone(driver));
+}
+
+// The sentence of the link's last failure: the driver's, or without one the failed connect's.
+QString GripperSettingWidget::failure_sentence(GripperDevice* device) const {
+    if (nullptr == device) {
+        return QString();
+    }
+    if (nullptr != device->gripper_abstract_control_) {
+        return QString::fromStdString(device->gripper_abstract_control_->last_failure().sentence);
+    }
+    const auto found = connect_failures_.find(device);
+    return connect_failures_.end() == found ? QString() : found->second;
 }
 
 bool GripperSettingWidget::usb_selected() const {
@@ -261,66 +277,11 @@ void GripperSettingWidget::disconnect_removed(GripperDevice* device) {
 }
 
 void GripperSettingWidget::queue_update_ui() {
-    if (update_queued_.exchange(true)) {
-        return;
-    }
-    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
-        update_queued_ = false;
-        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::QueuedConnection)");
+    if (!update_queued_.exchange(true)) {
+        emit call_queued([this] { update_ui(); });
     }
 }
 
-void GripperSettingWidget::on_list_all_device_changed() {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_program_state_changed(GripperGlobal::ProgramState) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_program_startup() {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_abstract_control_create(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_abstract_control_destroy(GripperLogicControl*) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_scan_status_changed(GripperConnectionManager::ScanStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_communication_status_changed(
-    GripperLogicControl*, GripperCommunication::CommunicationStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_move_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_gripper_turn_status_changed(GripperLogicControl*,
-                                                          GripperLogicControl::GripperStatus) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_position_changed(GripperLogicControl*, float) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_force_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_speed_changed(GripperLogicControl*, int) {
-    queue_update_ui();
-}
-
-void GripperSettingWidget::on_angle_changed(GripperLogicControl*, int) {
+void GripperSettingWidget::on_any_change() {
     queue_update_ui();
 }

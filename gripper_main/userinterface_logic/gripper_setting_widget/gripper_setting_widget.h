@@ -1,6 +1,7 @@
 #ifndef GRIPPER_SETTING_WIDGET_H
 #define GRIPPER_SETTING_WIDGET_H
 
+#include <QMetaType>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -8,14 +9,13 @@
 #include <atomic>
 #include <condition_variable>
 #include <functional>
+#include <map>
 #include <mutex>
 #include <set>
 #include <string>
 #include <vector>
 
-#include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
-#include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
-#include "gripper_main/business_logic/gripper_global/gripper_global.h"
+#include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
 
 namespace Ui {
 class GripperSettingWidget;
@@ -34,10 +34,7 @@ class GripperSettingWidget;
 // commands call scan_gripper, connect_gripper, connect_gripper_debug and disconnect_gripper from
 // their own thread; connect and disconnect return once the attempt has finished. Called on the
 // interface thread itself, they run the slots directly and wait in place.
-class GripperSettingWidget : public QWidget,
-                             private GripperGlobal::NotifyInterface,
-                             private GripperConnectionManager::NotifyInterface,
-                             private GripperLogicControl::NotifyInterface {
+class GripperSettingWidget : public QWidget, private GripperObserverAdapter {
     Q_OBJECT
 
 public:
@@ -58,6 +55,10 @@ public:
 signals:
     // A device's driver was stored or cleared (the registry itself does not tell).
     void devices_changed();
+    // The page's own calls from other threads to the interface thread, connected in the
+    // constructor: the first is queued, the second waits until the call has run.
+    void call_queued(const std::function<void()>& call);
+    void call_blocking(const std::function<void()>& call);
 
 public slots:
     void update_ui();
@@ -69,35 +70,12 @@ public slots:
     void on_combo_box_node__activated(const QString& text);
     void on_combo_box_index__activated(const QString& text);
 
-private slots:
-    void connect_finished(void* device, void* driver);
-    void disconnect_finished(void* device, void* driver, bool destroyed);
-    int prepare_script_connect(int connection, const QStringList& parameters);
-    int prepare_debug_connect();
-    bool select_device(int index);
-    bool current_device_connected();
-
 private:
     enum ScriptPreparation { SP_FAILED, SP_CONNECTED, SP_PROCEED };
 
     explicit GripperSettingWidget(QWidget* parent = nullptr);
 
-    void on_list_all_device_changed() override;
-    void on_program_state_changed(GripperGlobal::ProgramState state) override;
-    void on_program_startup() override;
-    void on_gripper_abstract_control_create(GripperLogicControl* control) override;
-    void on_gripper_abstract_control_destroy(GripperLogicControl* control) override;
-    void on_scan_status_changed(GripperConnectionManager::ScanStatus status) override;
-    void on_communication_status_changed(GripperLogicControl* control,
-                                         GripperCommunication::CommunicationStatus status) override;
-    void on_gripper_move_status_changed(GripperLogicControl* control,
-                                        GripperLogicControl::GripperStatus status) override;
-    void on_gripper_turn_status_changed(GripperLogicControl* control,
-                                        GripperLogicControl::GripperStatus status) override;
-    void on_position_changed(GripperLogicControl* control, float position) override;
-    void on_force_changed(GripperLogicControl* control, int force) override;
-    void on_speed_changed(GripperLogicControl* control, int speed) override;
-    void on_angle_changed(GripperLogicControl* control, int angle) override;
+    void on_any_change() override;
 
     void setup_form();
     void queue_update_ui();
@@ -109,6 +87,7 @@ private:
     void apply_enabled(GripperDevice* device);
     void apply_status(GripperDevice* device);
     bool usb_selected() const;
+    QString failure_sentence(GripperDevice* device) const;
 
     bool take_tcp_parameters(GripperDevice* device);
     void take_usb_parameters(GripperDevice* device);
@@ -123,9 +102,16 @@ private:
     void job_started(GripperDevice* device);
     void job_finished(GripperDevice* device);
     void note_driver(GripperLogicControl* driver);
+    void connect_finished(GripperDevice* device, GripperLogicControl* driver,
+                          const QString& failure);
+    void disconnect_finished(GripperDevice* device, GripperLogicControl* driver, bool destroyed);
 
+    int prepare_script_connect(int connection, const QStringList& parameters);
+    int prepare_debug_connect();
+    bool select_device(int index);
+    bool current_device_connected();
     bool on_interface_thread() const;
-    bool invoke_slot(const char* slot);
+    void run_on_interface_thread(const std::function<void()>& call, bool wait);
     bool connect_through_slots();
     bool disconnect_through_slots();
     void wait_for_jobs();
@@ -144,6 +130,8 @@ private:
     bool fields_changed_;
     // Devices with an operation under way (interface thread only).
     std::set<GripperDevice*> busy_devices_;
+    // Why the last connect of a device failed, until one succeeds (interface thread only).
+    std::map<GripperDevice*, QString> connect_failures_;
     // Set while a script call on the interface thread runs its operations in place.
     bool run_jobs_in_place_;
     std::atomic<bool> update_queued_;
@@ -155,5 +143,7 @@ private:
     // Every driver made for this page, whose observer it is (guarded by jobs_mutex_).
     std::set<GripperLogicControl*> drivers_;
 };
+
+Q_DECLARE_METATYPE(std::function<void()>)
 
 #endif

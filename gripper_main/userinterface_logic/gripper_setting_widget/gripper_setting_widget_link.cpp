@@ -214,19 +214,24 @@ void GripperSettingWidget::start_connect(GripperDevice* device) {
         GripperConnectAttempt attempt;
         GripperLogicControl* driver = attempt.run(notify, connection, parameters);
         page->note_driver(attempt.made());
-        return Completion([page, device, driver] {
-            QMetaObject::invokeMethod(page, "connect_finished", Qt::AutoConnection,
-                                      Q_ARG(void*, device), Q_ARG(void*, driver));
+        const QString failure = QString::fromStdString(attempt.failure().sentence);
+        return Completion([page, device, driver, failure] {
+            page->run_on_interface_thread(
+                [page, device, driver, failure] {
+                    page->connect_finished(device, driver, failure);
+                },
+                false);
         });
     });
 }
 
-void GripperSettingWidget::connect_finished(void* device_address, void* driver_address) {
-    GripperDevice* device = static_cast<GripperDevice*>(device_address);
-    GripperLogicControl* driver = static_cast<GripperLogicControl*>(driver_address);
+void GripperSettingWidget::connect_finished(GripperDevice* device, GripperLogicControl* driver,
+                                            const QString& failure) {
     device->gripper_abstract_control_ = driver;
+    connect_failures_.erase(device);
     if (nullptr == driver) {
         GRIPPER_LOG("W", "NULL == device->gripper_abstract_control_");
+        connect_failures_[device] = failure;
     }
     job_finished(device);
     if (nullptr != driver && !in_registry(device)) {
@@ -249,17 +254,18 @@ void GripperSettingWidget::start_disconnect(GripperDevice* device) {
                         "!G_GRIPPER_CONNECTION_MANAGER->destroy(device->gripper_abstract_control_");
         }
         return Completion([page, device, driver, destroyed] {
-            QMetaObject::invokeMethod(page, "disconnect_finished", Qt::AutoConnection,
-                                      Q_ARG(void*, device), Q_ARG(void*, driver),
-                                      Q_ARG(bool, destroyed));
+            page->run_on_interface_thread(
+                [page, device, driver, destroyed] {
+                    page->disconnect_finished(device, driver, destroyed);
+                },
+                false);
         });
     });
 }
 
-void GripperSettingWidget::disconnect_finished(void* device_address, void* driver_address,
+void GripperSettingWidget::disconnect_finished(GripperDevice* device, GripperLogicControl* driver,
                                                bool destroyed) {
-    GripperDevice* device = static_cast<GripperDevice*>(device_address);
-    if (destroyed && device->gripper_abstract_control_ == driver_address) {
+    if (destroyed && device->gripper_abstract_control_ == driver) {
         device->gripper_abstract_control_ = nullptr;
     }
     job_finished(device);

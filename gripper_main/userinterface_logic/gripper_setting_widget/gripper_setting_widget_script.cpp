@@ -1,6 +1,6 @@
 // The Setting page's operations for script commands, called from the script thread (or, with the
-// same results, from the interface thread). They reach the widgets only through slots invoked on
-// the interface thread.
+// same results, from the interface thread). They reach the widgets only through calls run on the
+// interface thread.
 #include <QCoreApplication>
 #include <QThread>
 
@@ -32,18 +32,12 @@ QStringList to_string_list(const std::vector<std::string>& list) {
 
 }  // namespace
 
+// Queued even on the interface thread: the scan runs after the caller's event.
 bool GripperSettingWidget::scan_gripper() {
-    if (!QMetaObject::invokeMethod(this, "update_ui", Qt::QueuedConnection)) {
-        GRIPPER_LOG(
-            "W", "!QMetaObject::invokeMethod(this, \"update_ui\", Qt::BlockingQueuedConnection)");
-        return false;
-    }
-    if (!QMetaObject::invokeMethod(this, "on_push_button_scan__clicked", Qt::QueuedConnection)) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"on_push_button_scan__clicked\", "
-                    "Qt::BlockingQueuedConnection)");
-        return false;
-    }
+    emit call_queued([this] {
+        update_ui();
+        on_push_button_scan__clicked();
+    });
     return true;
 }
 
@@ -53,17 +47,10 @@ bool GripperSettingWidget::connect_gripper(GripperCommunication::CommunicationCo
         GRIPPER_LOG("W", "list_parameters.empty()");
         return false;
     }
+    const QStringList parameters = to_string_list(list_parameters);
     int prepared = SP_FAILED;
-    if (!QMetaObject::invokeMethod(
-            this, "prepare_script_connect",
-            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
-            Q_RETURN_ARG(int, prepared), Q_ARG(int, static_cast<int>(connection)),
-            Q_ARG(QStringList, to_string_list(list_parameters)))) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"prepare_script_connect\", "
-                    "Qt::BlockingQueuedConnection)");
-        return false;
-    }
+    run_on_interface_thread(
+        [&] { prepared = prepare_script_connect(static_cast<int>(connection), parameters); }, true);
     if (SP_PROCEED != prepared) {
         return SP_CONNECTED == prepared;
     }
@@ -72,14 +59,7 @@ bool GripperSettingWidget::connect_gripper(GripperCommunication::CommunicationCo
 
 bool GripperSettingWidget::connect_gripper_debug() {
     int prepared = SP_FAILED;
-    if (!QMetaObject::invokeMethod(
-            this, "prepare_debug_connect",
-            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
-            Q_RETURN_ARG(int, prepared))) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"prepare_debug_connect\", "
-                    "Qt::BlockingQueuedConnection)");
-    }
+    run_on_interface_thread([&] { prepared = prepare_debug_connect(); }, true);
     if (SP_PROCEED == prepared) {
         connect_through_slots();
     }
@@ -88,14 +68,7 @@ bool GripperSettingWidget::connect_gripper_debug() {
 
 bool GripperSettingWidget::disconnect_gripper() {
     bool connected = false;
-    if (!QMetaObject::invokeMethod(
-            this, "current_device_connected",
-            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
-            Q_RETURN_ARG(bool, connected))) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"current_device_connected\", "
-                    "Qt::BlockingQueuedConnection)");
-    }
+    run_on_interface_thread([&] { connected = current_device_connected(); }, true);
     if (!connected) {
         return false;
     }
@@ -104,14 +77,7 @@ bool GripperSettingWidget::disconnect_gripper() {
 
 bool GripperSettingWidget::disconnect_gripper(int index) {
     bool selected = false;
-    if (!QMetaObject::invokeMethod(
-            this, "select_device",
-            on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection,
-            Q_RETURN_ARG(bool, selected), Q_ARG(int, index))) {
-        GRIPPER_LOG("W",
-                    "!QMetaObject::invokeMethod(this, \"select_device\", "
-                    "Qt::BlockingQueuedConnection)");
-    }
+    run_on_interface_thread([&] { selected = select_device(index); }, true);
     return selected && disconnect_gripper();
 }
 
@@ -190,32 +156,40 @@ bool GripperSettingWidget::current_device_connected() {
 
 bool GripperSettingWidget::connect_through_slots() {
     InPlace in_place(run_jobs_in_place_, on_interface_thread());
-    invoke_slot("update_ui");
-    invoke_slot("on_push_button_disconnect__clicked");
+    run_on_interface_thread(
+        [this] {
+            update_ui();
+            on_push_button_disconnect__clicked();
+        },
+        true);
     wait_for_jobs();
-    invoke_slot("on_push_button_connect__clicked");
+    run_on_interface_thread([this] { on_push_button_connect__clicked(); }, true);
     wait_for_jobs();
     return true;
 }
 
 bool GripperSettingWidget::disconnect_through_slots() {
     InPlace in_place(run_jobs_in_place_, on_interface_thread());
-    invoke_slot("update_ui");
-    invoke_slot("on_push_button_disconnect__clicked");
+    run_on_interface_thread(
+        [this] {
+            update_ui();
+            on_push_button_disconnect__clicked();
+        },
+        true);
     wait_for_jobs();
     return true;
 }
 
-// Blocking from the script thread; a direct call on the interface thread.
-bool GripperSettingWidget::invoke_slot(const char* slot) {
-    const Qt::ConnectionType type =
-        on_interface_thread() ? Qt::DirectConnection : Qt::BlockingQueuedConnection;
-    if (!QMetaObject::invokeMethod(this, slot, type)) {
-        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(this, \"%s\", Qt::BlockingQueuedConnection)",
-                    slot);
-        return false;
+// At once on the interface thread; from another thread queued to it, and with wait set the caller
+// waits until the call has run.
+void GripperSettingWidget::run_on_interface_thread(const std::function<void()>& call, bool wait) {
+    if (on_interface_thread()) {
+        call();
+    } else if (wait) {
+        emit call_blocking(call);
+    } else {
+        emit call_queued(call);
     }
-    return true;
 }
 
 // Until the operations under way have stored their results; on the interface thread they ran in

@@ -1,6 +1,5 @@
 #include "src/plugins/templateplugin/plugin_command_runner.h"
 
-#include <QMetaObject>
 #include <QThread>
 
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
@@ -16,6 +15,8 @@ PluginCommandRunner::PluginCommandRunner(QObject* parent)
     : QObject(parent), thread_(new QThread()), worker_(new PluginCommandWorker()) {
     worker_->moveToThread(thread_);
     connect(worker_, &PluginCommandWorker::executed, this, &PluginCommandRunner::finished,
+            Qt::QueuedConnection);
+    connect(this, &PluginCommandRunner::requested, worker_, &PluginCommandWorker::execute,
             Qt::QueuedConnection);
     connect(thread_, &QThread::finished, worker_, &QObject::deleteLater);
     thread_->start();
@@ -34,8 +35,5 @@ PluginCommandRunner::~PluginCommandRunner() {
 }
 
 void PluginCommandRunner::run(QObject* plugin, const QString& line) {
-    if (!QMetaObject::invokeMethod(worker_, "execute", Qt::QueuedConnection,
-                                   Q_ARG(QObject*, plugin), Q_ARG(QString, line))) {
-        GRIPPER_LOG("W", "!QMetaObject::invokeMethod(worker_, \"execute\", Qt::QueuedConnection)");
-    }
+    emit requested(plugin, line);
 }

@@ -24,6 +24,8 @@ public:
 
 signals:
     void finished(bool ok, const QString& answer);
+    // Carries a command to the worker's thread; connected in the constructor.
+    void requested(QObject* plugin, const QString& line);
 
 private:
     QThread* thread_;

@@ -117,19 +117,7 @@ bool TemplatePlugin::is_connect(int index) {
 // GS_TURNING does not count as activated.
 bool TemplatePlugin::is_activate(int index) {
     GripperLogicControl* driver = driver_at(index);
-    if (nullptr == driver) {
-        return false;
-    }
-    switch (driver->get_gripper_status()) {
-        case GripperLogicControl::GS_ACTIVATED:
-        case GripperLogicControl::GS_MOVING:
-        case GripperLogicControl::GS_ARRIVED:
-        case GripperLogicControl::GS_DETECTED:
-        case GripperLogicControl::GS_DROPPED:
-            return true;
-        default:
-            return false;
-    }
+    return nullptr != driver && driver->takes_commands();
 }
 
 bool TemplatePlugin::is_gripped(int index) {

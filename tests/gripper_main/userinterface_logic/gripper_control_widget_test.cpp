@@ -1,23 +1,17 @@
 // The Control tab against simulated Modbus grippers on real pseudo-terminals, driven by clicks.
-#include <QFile>
 #include <QIcon>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
-#include <QTabWidget>
 #include <QtTest>
 
 #include <cmath>
 #include <thread>
 
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
-#include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
-#include "tests/gripper_main/userinterface_logic/page_test_support.h"
-#include "tools/gripper_simulator/simulator.h"
+#include "tests/test_support/page_test_support.h"
 
 using page_test::driver_of;
-using page_test::on_script_thread;
 
 namespace {
 
@@ -29,17 +23,13 @@ int register_of(double position) {
     return static_cast<int>(std::lround(position * 10.0));
 }
 
-QImage icon_image(const QIcon& icon) {
+QImage image_of(const QIcon& icon) {
     return icon.pixmap(QSize(87, 63)).toImage();
-}
-
-QImage resource_image(const char* name) {
-    return icon_image(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + QLatin1String(name))));
 }
 
 }  // namespace
 
-class GripperControlWidgetTest : public QObject {
+class GripperControlWidgetTest : public page_test::PageTest {
     Q_OBJECT
 
 private slots:
@@ -51,44 +41,30 @@ private slots:
     void hold_steps_the_field_every_25_ms_and_sends_on_release();
     void hold_stops_at_the_limit();
     void short_click_steps_the_gripper_once();
-    void object_detected_indicator_cannot_be_clicked();
     void whole_page_disabled_while_a_program_runs();
     void silent_gripper_and_vanished_port();
 
 private:
-    template <typename T>
-    T* find(const char* name) {
-        T* found = control_->findChild<T*>(QString::fromLatin1(name));
-        Q_ASSERT(nullptr != found);
-        return found;
-    }
-    QString link_to(int gripper) const;
-    bool connect_gripper(int index, int gripper);
     bool activate_and_wait(int index);
     bool move_to(double position);
-    QList<QWidget*> group_widgets();
+    // Every control enabled or disabled, with the clamp and loosen images of that state.
+    bool controls_shown(bool enabled);
     QTimer* repeat_timer();
+    QLineEdit* position_field() { return find<QLineEdit>("line_edit_position_"); }
 
-    QTemporaryDir folder_;
-    gripper_sim::Simulator simulator_;
-    GripperWidget* page_ = nullptr;
     GripperControlWidget* control_ = nullptr;
     QLabel* status_ = nullptr;
 };
 
 void GripperControlWidgetTest::initTestCase() {
-    page_test::use_design_resolution(folder_);
     gripper_sim::GripperOptions options;
     options.init_ms = 150;
     options.full_stroke_ms = 400;
     QCOMPARE(simulator_.add_modbus_pty(options), QUICK);
     options.init_ms = 1500;
     QCOMPARE(simulator_.add_modbus_pty(options), SLOW);
-    page_ = new GripperWidget();
-    page_->resize(1024, 768);
-    page_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(page_));
-    control_ = page_->findChild<GripperControlWidget*>();
+    QVERIFY(show_page());
+    scope_ = control_ = page_->findChild<GripperControlWidget*>();
     QVERIFY(nullptr != control_);
     status_ = find<QLabel>("label_status_");
 }
@@ -110,23 +86,6 @@ void GripperControlWidgetTest::cleanup() {
     page_test::pick(find<QComboBox>("combo_box_node_2"), 0);
 }
 
-// The pages reach a pseudo-terminal through a link of another name: a path under /dev/pts
-// would stand for the scanned one.
-QString GripperControlWidgetTest::link_to(int gripper) const {
-    return folder_.filePath(QStringLiteral("gripper%1").arg(gripper));
-}
-
-bool GripperControlWidgetTest::connect_gripper(int index, int gripper) {
-    const QString link = link_to(gripper);
-    QFile::remove(link);
-    QFile::link(QString::fromStdString(simulator_.endpoint(gripper)), link);
-    const bool done = on_script_thread([&] {
-        return GripperSettingWidget::instance()->connect_gripper(
-            GripperCommunication::CC_USB_SERIALPORT, {std::to_string(index), link.toStdString()});
-    });
-    return done && nullptr != driver_of(index);
-}
-
 bool GripperControlWidgetTest::activate_and_wait(int index) {
     GripperLogicControl* driver = driver_of(index);
     return nullptr != driver && driver->set_activate() && QTest::qWaitFor([&] {
@@ -136,28 +95,32 @@ bool GripperControlWidgetTest::activate_and_wait(int index) {
 }
 
 bool GripperControlWidgetTest::move_to(double position) {
-    GripperLogicControl* driver = driver_of(0);
-    return driver->set_position(static_cast<float>(position)) && QTest::qWaitFor([&] {
+    return driver_of(0)->set_position(static_cast<float>(position)) && QTest::qWaitFor([&] {
                const gripper_sim::GripperSnapshot state = simulator_.snapshot(QUICK);
                return register_of(position) == state.position && 1 == state.motion_state;
            }) &&
-           QTest::qWaitFor([&] {
-               return find<QLineEdit>("line_edit_position_")->text() ==
-                      QString::number(position, 'f', 1);
-           });
+           QTest::qWaitFor(
+               [&] { return position_field()->text() == QString::number(position, 'f', 1); });
 }
 
-QList<QWidget*> GripperControlWidgetTest::group_widgets() {
-    QList<QWidget*> widgets;
+bool GripperControlWidgetTest::controls_shown(bool enabled) {
     for (const char* group : {"position", "force", "speed"}) {
         for (const char* part : {"push_button_%1_min_", "push_button_%1_decrease_", "line_edit_%1_",
                                  "push_button_%1_increase_", "push_button_%1_max_"}) {
             const QString name = QString::fromLatin1(part).arg(QLatin1String(group));
-            widgets << control_->findChild<QWidget*>(name);
+            if (control_->findChild<QWidget*>(name)->isEnabled() != enabled) {
+                return false;
+            }
         }
     }
-    widgets << find<QWidget>("radio_button_object_detected_");
-    return widgets;
+    const char* state = enabled ? "OFF" : "ON";
+    const auto shows = [this](const char* button, const QString& image) {
+        return image_of(find<QPushButton>(button)->icon()) ==
+               image_of(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)));
+    };
+    return find<QWidget>("radio_button_object_detected_")->isEnabled() == enabled &&
+           shows("push_button_position_min_", QStringLiteral("B_Clamp_%1.png").arg(state)) &&
+           shows("push_button_position_max_", QStringLiteral("B_Loosen_%1.png").arg(state));
 }
 
 QTimer* GripperControlWidgetTest::repeat_timer() {
@@ -173,21 +136,30 @@ void GripperControlWidgetTest::status_follows_the_gripper() {
     page_test::LabelHistory history(status_);
     QTest::mouseClick(page_->findChild<QPushButton*>("push_button_activate_"), Qt::LeftButton);
     QTRY_VERIFY(history.saw_in_order({"Activating", "Activated"}));
+    // The indicator shows a state: clicks never change it, and it takes no focus.
+    QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
+    QTRY_VERIFY(indicator->isEnabled());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QTest::mouseDClick(indicator, Qt::LeftButton);
+    QVERIFY(!indicator->isChecked());
+    QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
     history.clear();
-    QTest::mouseClick(find<QPushButton>("push_button_position_max_"), Qt::LeftButton);
+    click("push_button_position_max_");
     QTRY_VERIFY(history.saw_in_order({"Moving", "Arrived"}));
-    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("100.0"));
+    QTRY_COMPARE(position_field()->text(), QStringLiteral("100.0"));
     QCOMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
     QCOMPARE(find<QLineEdit>("line_edit_speed_")->text(), QStringLiteral("100"));
     simulator_.set_object(QUICK, 400);
     history.clear();
-    QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
+    click("push_button_position_min_");
     QTRY_VERIFY(history.saw_in_order({"Moving", "Detected"}));
-    QTRY_VERIFY(find<QRadioButton>("radio_button_object_detected_")->isChecked());
-    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("40.0"));
+    QTRY_VERIFY(indicator->isChecked());
+    QTest::mouseClick(indicator, Qt::LeftButton);
+    QVERIFY(indicator->isChecked());
+    QTRY_COMPARE(position_field()->text(), QStringLiteral("40.0"));
     simulator_.drop(QUICK);
     QTRY_COMPARE(status_->text(), QStringLiteral("Dropped"));
-    QVERIFY(!find<QRadioButton>("radio_button_object_detected_")->isChecked());
+    QVERIFY(!indicator->isChecked());
     QCOMPARE(status_->property("tone").toString(), QStringLiteral("ok"));
 }
 
@@ -197,36 +169,20 @@ void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
     QTRY_COMPARE(status_->text(), QStringLiteral("Inactivate"));
     QVERIFY(driver_of(1)->set_activate());
     QTRY_COMPARE(status_->text(), QStringLiteral("Activating"));
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_ON.png"));
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
-             resource_image("B_Loosen_ON.png"));
+    QVERIFY(controls_shown(false));
     QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Activated"), 10000);
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_OFF.png"));
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_max_")->icon()),
-             resource_image("B_Loosen_OFF.png"));
+    QVERIFY(controls_shown(true));
     // No simulated gripper turns: the state is set with the update loop stopped.
     driver_of(1)->stop_loop_update();
     driver_of(1)->set_gripper_status(GripperLogicControl::GS_TURNING);
     QTRY_COMPARE(status_->text(), QStringLiteral("Turning"));
-    for (QWidget* widget : group_widgets()) {
-        QVERIFY2(!widget->isEnabled(), qPrintable(widget->objectName()));
-    }
-    QCOMPARE(icon_image(find<QPushButton>("push_button_position_min_")->icon()),
-             resource_image("B_Clamp_ON.png"));
+    QVERIFY(controls_shown(false));
 }
 
 void GripperControlWidgetTest::hold_steps_the_field_every_25_ms_and_sends_on_release() {
     QVERIFY(activate_and_wait(0));
     QVERIFY(move_to(50.0));
-    QLineEdit* field = find<QLineEdit>("line_edit_position_");
+    QLineEdit* field = position_field();
     QElapsedTimer clock;
     QList<qint64> changes;
     QStringList values;
@@ -264,10 +220,10 @@ void GripperControlWidgetTest::hold_stops_at_the_limit() {
     QSignalSpy ticks(repeat_timer(), SIGNAL(timeout()));
     QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
     QTest::mousePress(decrease, Qt::LeftButton);
-    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("0.0"));
+    QTRY_COMPARE(position_field()->text(), QStringLiteral("0.0"));
     const int ticks_at_the_limit = ticks.count();
     QTRY_VERIFY(ticks.count() >= ticks_at_the_limit + 4);
-    QCOMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("0.0"));
+    QCOMPARE(position_field()->text(), QStringLiteral("0.0"));
     QTest::mouseRelease(decrease, Qt::LeftButton);
     QTRY_COMPARE(simulator_.snapshot(QUICK).position, 0);
 
@@ -287,37 +243,20 @@ void GripperControlWidgetTest::hold_stops_at_the_limit() {
 void GripperControlWidgetTest::short_click_steps_the_gripper_once() {
     QVERIFY(activate_and_wait(0));
     QVERIFY(move_to(50.0));
-    QTest::mouseClick(find<QPushButton>("push_button_position_decrease_"), Qt::LeftButton);
+    click("push_button_position_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(49.9));
-    QTRY_COMPARE(find<QLineEdit>("line_edit_position_")->text(), QStringLiteral("49.9"));
-    QTest::mouseClick(find<QPushButton>("push_button_position_increase_"), Qt::LeftButton);
+    QTRY_COMPARE(position_field()->text(), QStringLiteral("49.9"));
+    click("push_button_position_increase_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
-    QTest::mouseClick(find<QPushButton>("push_button_force_decrease_"), Qt::LeftButton);
+    click("push_button_force_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).force, 99);
     QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("99"));
-    QTest::mouseClick(find<QPushButton>("push_button_speed_decrease_"), Qt::LeftButton);
+    click("push_button_speed_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).speed, 99);
-    QTest::mouseClick(find<QPushButton>("push_button_speed_min_"), Qt::LeftButton);
+    click("push_button_speed_min_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).speed, driver_of(0)->get_speed_min());
-    QTest::mouseClick(find<QPushButton>("push_button_force_max_"), Qt::LeftButton);
+    click("push_button_force_max_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).force, driver_of(0)->get_force_max());
-}
-
-void GripperControlWidgetTest::object_detected_indicator_cannot_be_clicked() {
-    QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
-    QVERIFY(activate_and_wait(0));
-    QTRY_VERIFY(indicator->isEnabled());
-    QTest::mouseClick(indicator, Qt::LeftButton);
-    QTest::mouseDClick(indicator, Qt::LeftButton);
-    QVERIFY(!indicator->isChecked());
-    QVERIFY(move_to(100.0));
-    simulator_.set_object(QUICK, 300);
-    QTest::mouseClick(find<QPushButton>("push_button_position_min_"), Qt::LeftButton);
-    QTRY_COMPARE(status_->text(), QStringLiteral("Detected"));
-    QTRY_VERIFY(indicator->isChecked());
-    QTest::mouseClick(indicator, Qt::LeftButton);
-    QVERIFY(indicator->isChecked());
-    QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
 }
 
 void GripperControlWidgetTest::whole_page_disabled_while_a_program_runs() {
@@ -340,8 +279,8 @@ void GripperControlWidgetTest::silent_gripper_and_vanished_port() {
     simulator_.set_fault(QUICK, gripper_sim::Fault::silent);
     QTRY_COMPARE_WITH_TIMEOUT(driver_of(0)->get_communication_status(),
                               GripperCommunication::CS_READ_EXCEPTION, 10000);
-    QTest::mouseClick(find<QPushButton>("push_button_force_min_"), Qt::LeftButton);
-    QTest::mouseClick(find<QPushButton>("push_button_position_increase_"), Qt::LeftButton);
+    click("push_button_force_min_");
+    click("push_button_position_increase_");
     QCOMPARE(status_->text(), QStringLiteral("Activated"));
     simulator_.set_fault(QUICK, gripper_sim::Fault::vanish);
     QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Write EXCP"), 10000);

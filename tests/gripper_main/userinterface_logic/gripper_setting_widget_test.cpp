@@ -1,21 +1,14 @@
 // The Setting tab and the tab page, driven by clicks against simulated grippers on real
 // pseudo-terminals and loopback TCP. Uses "/tmp/pts" (the test holds a CTest resource lock).
-#include <QFile>
-#include <QLineEdit>
 #include <QPushButton>
 #include <QSerialPortInfo>
 #include <QStackedWidget>
 #include <QTabWidget>
 #include <QtTest>
 
-#include <algorithm>
-#include <thread>
-
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
-#include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
-#include "tests/gripper_main/userinterface_logic/page_test_support.h"
 #include "tests/test_support/log_capture.h"
-#include "tools/gripper_simulator/simulator.h"
+#include "tests/test_support/page_test_support.h"
 
 using page_test::driver_of;
 using page_test::items;
@@ -27,12 +20,6 @@ namespace {
 const char PTS_FILE[] = "/tmp/pts";
 const int MODBUS = 1;
 const int TCP = 2;
-
-void write_pts_file(const QByteArray& content) {
-    QFile file(QString::fromLatin1(PTS_FILE));
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    file.write(content);
-}
 
 QStringList system_ports() {
     QStringList ports;
@@ -58,7 +45,7 @@ public:
 
 }  // namespace
 
-class GripperSettingWidgetTest : public QObject {
+class GripperSettingWidgetTest : public page_test::PageTest {
     Q_OBJECT
 
 private slots:
@@ -66,53 +53,37 @@ private slots:
     void cleanup();
     void cleanupTestCase();
     void tab_page_holds_both_pages_and_the_first_record();
+    void scan_lists_the_announced_pty_first_data();
     void scan_lists_the_announced_pty_first();
-    void scan_without_a_path_lists_nothing();
     void usb_connect_activate_disconnect_by_clicking();
-    void tcp_connect_by_clicking();
-    void bad_address_stops_bad_port_goes_on();
+    void tcp_connect_by_clicking_bad_address_stops_bad_port_goes_on();
     void count_4_to_2_removes_records_3_then_2();
     void script_usb_connect_uses_the_scanned_path();
-    void whole_page_disabled_while_a_program_runs();
     void vanished_port_shows_write_exception();
 
 private:
-    template <typename T>
-    T* find(const char* name) {
-        T* found = setting_->findChild<T*>(QString::fromLatin1(name));
-        Q_ASSERT(nullptr != found);
-        return found;
-    }
-    void click(const char* button) { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
-    void type_into(const char* line_edit, const QString& text);
     void choose_type(const QString& type);
-    QString status() { return find<QLabel>("label_status_")->text(); }
+    QLabel* status() { return find<QLabel>("label_status_"); }
+    bool enabled(const char* widget) { return find<QWidget>(widget)->isEnabled(); }
+    void scan_and_connect_usb();
 
-    QTemporaryDir folder_;
-    gripper_sim::Simulator simulator_;
-    GripperWidget* page_ = nullptr;
     GripperSettingWidget* setting_ = nullptr;
 };
 
 void GripperSettingWidgetTest::initTestCase() {
-    page_test::use_design_resolution(folder_);
     gripper_sim::GripperOptions options;
     options.init_ms = 300;
     QCOMPARE(simulator_.add_modbus_pty(options), MODBUS);
     options.position_max = 100;
     QCOMPARE(simulator_.add_custom_tcp(options), TCP);
-    page_ = new GripperWidget();
-    page_->resize(1024, 768);
-    page_->show();
-    QVERIFY(QTest::qWaitForWindowExposed(page_));
-    setting_ = GripperSettingWidget::instance();
+    QVERIFY(show_page());
+    scope_ = setting_ = GripperSettingWidget::instance();
     QCOMPARE(setting_->window(), static_cast<QWidget*>(page_));
     page_->findChild<QTabWidget*>("tab_widget_")->setCurrentIndex(1);
 }
 
 void GripperSettingWidgetTest::cleanup() {
     page_test::disconnect_all();
-    GripperGlobal::instance().set_program_state(GripperGlobal::PS_STOPPED);
     simulator_.set_announce_file(MODBUS, std::string());
     simulator_.set_fault(MODBUS, gripper_sim::Fault::none);
     pick(find<QComboBox>("combo_box_index_"), 3);
@@ -125,12 +96,6 @@ void GripperSettingWidgetTest::cleanupTestCase() {
     delete page_;
 }
 
-void GripperSettingWidgetTest::type_into(const char* line_edit, const QString& text) {
-    QLineEdit* edit = find<QLineEdit>(line_edit);
-    edit->clear();
-    QTest::keyClicks(edit, text);
-}
-
 void GripperSettingWidgetTest::choose_type(const QString& type) {
     QComboBox* combo = find<QComboBox>("combo_box_type_");
     QVERIFY(pick(combo, combo->findText(type)));
@@ -139,11 +104,19 @@ void GripperSettingWidgetTest::choose_type(const QString& type) {
                                            : QStringLiteral("widget_tcp_client_"));
 }
 
+void GripperSettingWidgetTest::scan_and_connect_usb() {
+    simulator_.set_announce_file(MODBUS, PTS_FILE);
+    choose_type(QStringLiteral("USB"));
+    click("push_button_scan_");
+    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(),
+             QString::fromStdString(simulator_.endpoint(MODBUS)));
+    click("push_button_connect_");
+}
+
 void GripperSettingWidgetTest::tab_page_holds_both_pages_and_the_first_record() {
     QTabWidget* tabs = page_->findChild<QTabWidget*>("tab_widget_");
-    QCOMPARE(tabs->count(), 2);
-    QCOMPARE(tabs->tabText(0), QStringLiteral("Control"));
-    QCOMPARE(tabs->tabText(1), QStringLiteral("Setting"));
+    QCOMPARE(QStringList({tabs->tabText(0), tabs->tabText(1)}),
+             QStringList({"Control", "Setting"}));
     QCOMPARE(tabs->styleSheet(),
              QStringLiteral("QTabWidget::tab-bar {\n    alignment: center;\n}"));
     QCOMPARE(page_->windowTitle(), QStringLiteral("Form"));
@@ -153,131 +126,115 @@ void GripperSettingWidgetTest::tab_page_holds_both_pages_and_the_first_record() 
     QVERIFY(!find<QLabel>("label_logo_")->pixmap(Qt::ReturnByValue).isNull());
     QCOMPARE(find<QLabel>("label_banner_")->text(), QStringLiteral("Zanther-Robotics Gripper"));
     QCOMPARE(find<QLabel>("label_banner_")->font().pointSize(), 24);
-    QCOMPARE(find<QLineEdit>("line_edit_ip_")->whatsThis(), QStringLiteral("1"));
-    QCOMPARE(find<QLineEdit>("line_edit_port_")->whatsThis(), QStringLiteral("1"));
+    QCOMPARE(find<QPushButton>("push_button_connect_")->font().pointSize(), 18);
+    QCOMPARE(status()->font().pointSize(), 16);
+    for (const char* field : {"line_edit_ip_", "line_edit_port_"}) {
+        QCOMPARE(find<QLineEdit>(field)->whatsThis(), QStringLiteral("1"));
+    }
     QCOMPARE(items(find<QComboBox>("combo_box_type_")), QStringList({"TCP Client", "USB"}));
     QCOMPARE(items(find<QComboBox>("combo_box_index_")), QStringList({"1", "2", "3", "4"}));
     QCOMPARE(items(find<QComboBox>("combo_box_node_")), QStringList({"1", "2", "3", "4"}));
     QCOMPARE(find<QComboBox>("combo_box_type_")->currentText(), QStringLiteral("USB"));
     QCOMPARE(find<QLineEdit>("line_edit_ip_")->text(), QStringLiteral("192.168.1.29"));
     QCOMPARE(find<QLineEdit>("line_edit_port_")->text(), QStringLiteral("8888"));
-    QCOMPARE(find<QPushButton>("push_button_connect_")->font().pointSize(), 18);
-    QCOMPARE(find<QLabel>("label_status_")->font().pointSize(), 16);
-    QCOMPARE(status(), QStringLiteral("Disconnected"));
-    QVERIFY(!find<QPushButton>("push_button_activate_")->isEnabled());
-    QVERIFY(!find<QPushButton>("push_button_disconnect_")->isEnabled());
+    QCOMPARE(status()->text(), QStringLiteral("Disconnected"));
+    QVERIFY(!enabled("push_button_activate_") && !enabled("push_button_disconnect_"));
     type_into("line_edit_port_", QStringLiteral("80"));
     QVERIFY(!find<QLineEdit>("line_edit_port_")->hasAcceptableInput());
     type_into("line_edit_ip_", QStringLiteral("192.168.1.300"));
     QCOMPARE(find<QLineEdit>("line_edit_ip_")->text(), QStringLiteral("192.168.1.30"));
 }
 
-void GripperSettingWidgetTest::scan_lists_the_announced_pty_first() {
-    LogCapture log;
-    write_pts_file("PTY is /dev/pts/5\n");
-    choose_type(QStringLiteral("USB"));
-    click("push_button_scan_");
-    QCOMPARE(items(find<QComboBox>("combo_box_usb_")),
-             QStringList() << QStringLiteral("/dev/pts/5") << system_ports());
-    QVERIFY(log.count("D pts_port = /dev/pts/5") == 1);
-    QFile::remove(QString::fromLatin1(PTS_FILE));
-    click("push_button_scan_");
-    QCOMPARE(items(find<QComboBox>("combo_box_usb_")), system_ports());
-    QVERIFY(log.contains("!pts_file.open(QIODevice::OpenModeFlag::ReadOnly"));
-    QCOMPARE(find<QPushButton>("push_button_connect_")->isEnabled(), !system_ports().isEmpty());
+void GripperSettingWidgetTest::scan_lists_the_announced_pty_first_data() {
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("listed");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("announced") << QByteArray("PTY is /dev/pts/5\n")
+                               << (QStringList("/dev/pts/5") << system_ports())
+                               << "D pts_port = /dev/pts/5";
+    QTest::newRow("no file") << QByteArray() << system_ports()
+                             << "W !pts_file.open(QIODevice::OpenModeFlag::ReadOnly";
+    QTest::newRow("no path") << QByteArray("PTY on /dev/pts/5\n") << QStringList()
+                             << "W 0 == pts_str.length()";
 }
 
-void GripperSettingWidgetTest::scan_without_a_path_lists_nothing() {
+void GripperSettingWidgetTest::scan_lists_the_announced_pty_first() {
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, listed);
+    QFETCH(QString, line);
     LogCapture log;
-    write_pts_file("PTY on /dev/pts/5\n");
+    if (!file.isEmpty()) {
+        QFile pts(QString::fromLatin1(PTS_FILE));
+        QVERIFY(pts.open(QIODevice::WriteOnly | QIODevice::Truncate));
+        pts.write(file);
+    }
     choose_type(QStringLiteral("USB"));
     click("push_button_scan_");
-    QVERIFY(items(find<QComboBox>("combo_box_usb_")).isEmpty());
-    QCOMPARE(log.count("W 0 == pts_str.length()"), 1L);
-    QVERIFY(!find<QPushButton>("push_button_connect_")->isEnabled());
+    QCOMPARE(items(find<QComboBox>("combo_box_usb_")), listed);
+    QCOMPARE(log.count(line.toStdString()), 1L);
+    QCOMPARE(enabled("push_button_connect_"), !listed.isEmpty());
 }
 
 void GripperSettingWidgetTest::usb_connect_activate_disconnect_by_clicking() {
-    simulator_.set_announce_file(MODBUS, PTS_FILE);
-    choose_type(QStringLiteral("USB"));
-    click("push_button_scan_");
-    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(),
-             QString::fromStdString(simulator_.endpoint(MODBUS)));
-    page_test::LabelHistory history(find<QLabel>("label_status_"));
-    click("push_button_connect_");
-    QCOMPARE(status(), QStringLiteral("Connecting"));
-    QCOMPARE(find<QLabel>("label_status_")->property("tone").toString(), QStringLiteral("busy"));
-    QVERIFY(!find<QPushButton>("push_button_connect_")->isEnabled());
+    page_test::LabelHistory history(status());
+    scan_and_connect_usb();
+    QCOMPARE(status()->text(), QStringLiteral("Connecting"));
+    QCOMPARE(status()->property("tone").toString(), QStringLiteral("busy"));
+    QVERIFY(!enabled("push_button_connect_"));
     QTRY_VERIFY(nullptr != driver_of(0));
-    QTRY_VERIFY(find<QPushButton>("push_button_activate_")->isEnabled());
-    QVERIFY(find<QPushButton>("push_button_disconnect_")->isEnabled());
-    QVERIFY(!find<QPushButton>("push_button_connect_")->isEnabled());
-    QVERIFY(!find<QComboBox>("combo_box_usb_")->isEnabled());
-    QVERIFY(!find<QPushButton>("push_button_scan_")->isEnabled());
+    QTRY_VERIFY(enabled("push_button_activate_"));
+    QVERIFY(enabled("push_button_disconnect_"));
+    for (const char* widget : {"push_button_connect_", "combo_box_usb_", "push_button_scan_"}) {
+        QVERIFY2(!enabled(widget), widget);
+    }
     click("push_button_activate_");
     QTRY_VERIFY(history.saw_in_order({"Activating", "Activated"}));
-    QCOMPARE(find<QLabel>("label_status_")->property("tone").toString(), QStringLiteral("ok"));
+    QCOMPARE(status()->property("tone").toString(), QStringLiteral("ok"));
     click("push_button_disconnect_");
-    QCOMPARE(status(), QStringLiteral("Disconnecting"));
-    QVERIFY(!find<QPushButton>("push_button_disconnect_")->isEnabled());
-    QTRY_COMPARE(status(), QStringLiteral("Disconnected"));
+    QCOMPARE(status()->text(), QStringLiteral("Disconnecting"));
+    QVERIFY(!enabled("push_button_disconnect_"));
+    QTRY_COMPARE(status()->text(), QStringLiteral("Disconnected"));
     QVERIFY(nullptr == driver_of(0));
-    QVERIFY(find<QPushButton>("push_button_connect_")->isEnabled());
+    QVERIFY(enabled("push_button_connect_"));
 }
 
-void GripperSettingWidgetTest::tcp_connect_by_clicking() {
+void GripperSettingWidgetTest::tcp_connect_by_clicking_bad_address_stops_bad_port_goes_on() {
+    LogCapture log;
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 1));
     choose_type(QStringLiteral("TCP Client"));
+    type_into("line_edit_ip_", QStringLiteral("127.0.1"));
+    click("push_button_connect_");
+    QVERIFY(log.contains("!MiscellaneousUtility::is_valid_ip(ip)"));
+    QVERIFY(log.contains("ip = 127.0.1") && log.contains("!valid"));
+    QCOMPARE(status()->text(), QStringLiteral("Disconnected"));
     type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
     type_into("line_edit_port_", QString::number(simulator_.tcp_port(TCP)));
     click("push_button_connect_");
     QTRY_VERIFY(nullptr != driver_of(1));
     QVERIFY(nullptr == driver_of(0));
     QCOMPARE(driver_of(1)->get_communication_connection(), GripperCommunication::CC_TCP_CLIENT);
-    QTRY_VERIFY(QStringLiteral("Inactivate") == status() ||
-                QStringLiteral("Activated") == status());
+    QTRY_VERIFY(QStringLiteral("Inactivate") == status()->text() ||
+                QStringLiteral("Activated") == status()->text());
     click("push_button_activate_");
-    QTRY_COMPARE(status(), QStringLiteral("Activated"));
-    QVERIFY(pick(find<QComboBox>("combo_box_node_"), 0));
-    QCOMPARE(status(), QStringLiteral("Disconnected"));
-    QVERIFY(find<QPushButton>("push_button_connect_")->isEnabled());
-}
-
-void GripperSettingWidgetTest::bad_address_stops_bad_port_goes_on() {
-    LogCapture log;
-    choose_type(QStringLiteral("TCP Client"));
-    type_into("line_edit_ip_", QStringLiteral("127.0.1"));
-    click("push_button_connect_");
-    QVERIFY(log.contains("!MiscellaneousUtility::is_valid_ip(ip)"));
-    QVERIFY(log.contains("ip = 127.0.1"));
-    QVERIFY(log.contains("!valid"));
-    QCOMPARE(status(), QStringLiteral("Disconnected"));
-
-    type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
-    type_into("line_edit_port_", QString::number(simulator_.tcp_port(TCP)));
-    click("push_button_connect_");
-    QTRY_VERIFY(nullptr != driver_of(0));
+    QTRY_COMPARE(status()->text(), QStringLiteral("Activated"));
     click("push_button_disconnect_");
-    QTRY_VERIFY(nullptr == driver_of(0));
+    QTRY_VERIFY(nullptr == driver_of(1));
     // The validator keeps an operator from typing port 80; set, it still connects with the
     // parameters the device holds.
-    log.clear();
     find<QLineEdit>("line_edit_port_")->setText(QStringLiteral("80"));
     click("push_button_connect_");
-    QTRY_VERIFY(nullptr != driver_of(0));
+    QTRY_VERIFY(nullptr != driver_of(1));
     QVERIFY(log.contains("!MiscellaneousUtility::is_valid_port(port)"));
     QVERIFY(log.contains("port = 80"));
+    QVERIFY(pick(find<QComboBox>("combo_box_node_"), 0));
+    QCOMPARE(status()->text(), QStringLiteral("Disconnected"));
+    QVERIFY(enabled("push_button_connect_"));
 }
 
 void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     const std::vector<GripperDevice*> before = GripperGlobal::instance().vector_device();
     QCOMPARE(before.size(), 4u);
-    QVERIFY(pick(find<QComboBox>("combo_box_node_"), 2));
-    choose_type(QStringLiteral("TCP Client"));
-    type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
-    type_into("line_edit_port_", QString::number(simulator_.tcp_port(TCP)));
-    click("push_button_connect_");
-    QTRY_VERIFY(nullptr != driver_of(2));
+    QVERIFY(connect_gripper(2, TCP));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 3));
     RegistryHistory history;
     QVERIFY(pick(find<QComboBox>("combo_box_index_"), 1));
@@ -297,43 +254,32 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
 
 void GripperSettingWidgetTest::script_usb_connect_uses_the_scanned_path() {
     simulator_.set_announce_file(MODBUS, PTS_FILE);
+    const QString scanned = QString::fromStdString(simulator_.endpoint(MODBUS));
     QVERIFY(on_script_thread([&] { return setting_->scan_gripper(); }));
-    QTRY_COMPARE(find<QComboBox>("combo_box_usb_")->itemText(0),
-                 QString::fromStdString(simulator_.endpoint(MODBUS)));
+    QTRY_COMPARE(find<QComboBox>("combo_box_usb_")->itemText(0), scanned);
     LogCapture log;
     QVERIFY(on_script_thread([&] {
         return setting_->connect_gripper(GripperCommunication::CC_USB_SERIALPORT,
                                          {"0", "/dev/pts/7"});
     }));
     QVERIFY(nullptr != driver_of(0));
-    QVERIFY(log.contains(("serialport_ = " + simulator_.endpoint(MODBUS)).c_str()));
+    QVERIFY(log.contains(("serialport_ = " + scanned).toStdString()));
     QCOMPARE(find<QComboBox>("combo_box_type_")->currentText(), QStringLiteral("USB"));
-    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(),
-             QString::fromStdString(simulator_.endpoint(MODBUS)));
+    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(), scanned);
 }
 
-void GripperSettingWidgetTest::whole_page_disabled_while_a_program_runs() {
-    std::thread hook(
-        [] { GripperGlobal::instance().set_program_state(GripperGlobal::PS_RUNNING); });
-    hook.join();
-    QTRY_VERIFY(!setting_->isEnabled());
-    QVERIFY(!find<QPushButton>("push_button_connect_")->isEnabled());
-    GripperGlobal::instance().set_program_state(GripperGlobal::PS_STOPPED);
-    QTRY_VERIFY(setting_->isEnabled());
-}
-
+// The status's tool tip carries the sentence of the link's last failure, as its log line does.
 void GripperSettingWidgetTest::vanished_port_shows_write_exception() {
-    simulator_.set_announce_file(MODBUS, PTS_FILE);
-    choose_type(QStringLiteral("USB"));
-    click("push_button_scan_");
-    click("push_button_connect_");
+    LogCapture log;
+    scan_and_connect_usb();
     QTRY_VERIFY(nullptr != driver_of(0));
     simulator_.set_fault(MODBUS, gripper_sim::Fault::vanish);
-    QTRY_COMPARE_WITH_TIMEOUT(status(), QStringLiteral("Write EXCP"), 10000);
-    QCOMPARE(find<QLabel>("label_status_")->property("tone").toString(), QStringLiteral("fault"));
-    QVERIFY(find<QPushButton>("push_button_disconnect_")->isEnabled());
+    QTRY_COMPARE_WITH_TIMEOUT(status()->text(), QStringLiteral("Write EXCP"), 10000);
+    QCOMPARE(status()->property("tone").toString(), QStringLiteral("fault"));
+    QVERIFY(!status()->toolTip().isEmpty() && log.contains(status()->toolTip().toStdString()));
+    QVERIFY(enabled("push_button_disconnect_"));
     click("push_button_disconnect_");
-    QTRY_COMPARE(status(), QStringLiteral("Disconnected"));
+    QTRY_COMPARE(status()->text(), QStringLiteral("Disconnected"));
 }
 
 QTEST_MAIN(GripperSettingWidgetTest)

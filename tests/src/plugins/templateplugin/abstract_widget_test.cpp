@@ -58,7 +58,7 @@ private slots:
     }
 
     // Sizes, fonts, margins and spacing are scaled once from the designed values, however
-    // often the form scales itself.
+    // often the form scales itself; a child that inherits its font follows the form's.
     void scalesFromTheDesignedValuesOnly() {
         DrawnForm form;
         for (int pass = 0; pass < 2; ++pass) {
@@ -71,15 +71,9 @@ private slots:
             QCOMPARE(form.label_->font().pixelSize(), 23);
             QCOMPARE(form.layout_->contentsMargins(), QMargins(19, 16, 19, 16));
             QCOMPARE(form.layout_->spacing(), 8);
+            QVERIFY(!form.button_->testAttribute(Qt::WA_SetFont));
+            QCOMPARE(form.button_->font().pointSize(), 16);
         }
-    }
-
-    // A child that inherits its font follows the form's scaled one instead of being set twice.
-    void childrenWithoutTheirOwnFontInheritIt() {
-        DrawnForm form;
-        form.autoResize();
-        QVERIFY(!form.button_->testAttribute(Qt::WA_SetFont));
-        QCOMPARE(form.button_->font().pointSize(), 16);
     }
 };
 

@@ -14,10 +14,10 @@
 
 #include <memory>
 
-#include "tests/src/plugins/templateplugin/message_box_answerer.h"
-#include "tests/src/plugins/templateplugin/plugin_host.h"
-#include "tests/src/plugins/templateplugin/qt_log_capture.h"
-#include "tests/src/plugins/templateplugin/script_thread.h"
+#include "tests/test_support/message_box_answerer.h"
+#include "tests/test_support/plugin_host.h"
+#include "tests/test_support/qt_log_capture.h"
+#include "tests/test_support/script_thread.h"
 #include "tools/gripper_simulator/simulator.h"
 
 namespace {
@@ -51,8 +51,7 @@ private slots:
     void deviceIdTakesZeroTo255WithoutLeadingZero();
     void pressAndHoldStepsWithinTheRange();
     void showsAndChecksARecord();
-    void savesOnlyWhenTheStepIsOfThisPlugin();
-    void removesTheStepThroughThePendant();
+    void savesOnlyWhenTheStepIsOfThisPluginAndRemovesIt();
     void triesTheValuesOnAGripperWithoutBlocking();
     void warnsWhenThePluginIsMissingOrRefuses();
     void cleanupTestCase();
@@ -169,8 +168,9 @@ void PluginConditionEditorTest::showsAndChecksARecord() {
 }
 
 // While the pendant edits another plug-in's step nothing is saved; with its own, the record
-// (device id written as text) goes to the pendant and the operator is told.
-void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPlugin() {
+// (device id written as text) goes to the pendant and the operator is told. Remove asks the
+// pendant to remove the step.
+void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPluginAndRemovesIt() {
     QList<AbsCondInfo*> saved;
     const QMetaObject::Connection connection = connect(
         ExtensionSystem::PluginManager::instance(), &ExtensionSystem::PluginManager::condInfoSaved,
@@ -202,15 +202,12 @@ void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPlugin() {
                             "\"set_2_finger_gripper_param|3, 40, 50, 60, false\")"));
     std::unique_ptr<AbsCondInfo> reread(host_.xmlInfoToCondInfo("x", record->getXmlInfo()));
     QCOMPARE(host_.condInfo2ScriptInfo(reread.get()), host_.condInfo2ScriptInfo(record.get()));
-}
-
-void PluginConditionEditorTest::removesTheStepThroughThePendant() {
     int removed = 0;
-    const QMetaObject::Connection connection =
+    const QMetaObject::Connection removing =
         connect(ExtensionSystem::PluginManager::instance(),
                 &ExtensionSystem::PluginManager::condItemRemoved, [&removed] { ++removed; });
     click("pbn_remove");
-    disconnect(connection);
+    disconnect(removing);
     QCOMPARE(removed, 1);
 }
 

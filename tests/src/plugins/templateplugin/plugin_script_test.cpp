@@ -7,9 +7,9 @@
 
 #include <memory>
 
-#include "tests/src/plugins/templateplugin/plugin_host.h"
-#include "tests/src/plugins/templateplugin/qt_log_capture.h"
-#include "tests/src/plugins/templateplugin/script_thread.h"
+#include "tests/test_support/plugin_host.h"
+#include "tests/test_support/qt_log_capture.h"
+#include "tests/test_support/script_thread.h"
 #include "tools/gripper_simulator/simulator.h"
 
 namespace {

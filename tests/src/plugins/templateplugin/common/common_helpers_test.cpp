@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTranslator>
@@ -20,51 +19,11 @@
 #include "src/plugins/templateplugin/common/screen_area.h"
 #include "src/plugins/templateplugin/common/settings.h"
 #include "tests/test_support/log_capture.h"
+#include "tests/test_support/message_box_answerer.h"
 
 Q_DECLARE_METATYPE(QRect)
 
 namespace {
-
-// Presses button of the next modal message box once it is shown; remembers the box's title,
-// text and parent.
-class BoxAnswer : public QObject {
-    Q_OBJECT
-
-public:
-    explicit BoxAnswer(QMessageBox::StandardButton button) : button_(button) {
-        connect(&poll_, SIGNAL(timeout()), this, SLOT(answer()));
-        poll_.start(5);
-    }
-
-    QString title;
-    QString text;
-    QWidget* parent = nullptr;
-    QMessageBox::Icon icon = QMessageBox::NoIcon;
-    bool shown = false;
-
-private slots:
-    void answer() {
-        QMessageBox* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        if (nullptr == box) {
-            return;
-        }
-        poll_.stop();
-        shown = true;
-        title = box->windowTitle();
-        text = box->text();
-        parent = box->parentWidget();
-        icon = box->icon();
-        if (QMessageBox::Escape == button_) {
-            QTest::keyClick(box, Qt::Key_Escape);
-        } else {
-            box->button(button_)->click();
-        }
-    }
-
-private:
-    QMessageBox::StandardButton button_;
-    QTimer poll_;
-};
 
 // Translates every text of the context "ComboBox" into capitals.
 class CapitalTranslator : public QTranslator {
@@ -87,12 +46,9 @@ private slots:
     void screen_area();
     void ratios_come_from_the_pendant_settings();
     void style_sheets_scale_by_the_minimum_ratio();
-    void uuid_is_new_text_without_braces();
-    void control_io_asks_only_when_confirmation_is_on();
     void message_boxes_show_over_the_pendant_form();
     void message_box_off_the_interface_thread_is_not_shown();
     void combo_popup_stays_inside_the_screen();
-    void combo_item_click_selects_and_activates();
     void combo_translatable_items_follow_the_language();
 
 private:
@@ -147,10 +103,6 @@ void CommonHelpersTest::ratios_come_from_the_pendant_settings() {
     QCOMPARE(common->getRowHeight(), 30);
     QCOMPARE(common->getScreenWidth(), 1024);
     QCOMPARE(common->getScreenHeight(), 768);
-    QFont font;
-    font.setPixelSize(20);
-    QCOMPARE(common->getRatioFontWidth(QStringLiteral("Gripper"), 20),
-             QFontMetrics(font).horizontalAdvance(QStringLiteral("Gripper")) + 8);
     Common* writable = Common::getCommonHandle();
     writable->setSharedFilePath(QStringLiteral("/pendant/shared"));
     QCOMPARE(common->sharedFilePath(), QStringLiteral("/pendant/shared"));
@@ -168,40 +120,6 @@ void CommonHelpersTest::style_sheets_scale_by_the_minimum_ratio() {
     Common::getCommonHandle()->setRatioStyleSheet(&edit);
     QCOMPARE(edit.styleSheet(), QStringLiteral("QLineEdit { padding: 12px; }"));
     Common::getCommonHandle()->setRatioStyleSheet(nullptr);
-}
-
-void CommonHelpersTest::uuid_is_new_text_without_braces() {
-    const QString first = Common::getCommonHandle()->getUuid();
-    const QString second = Common::getCommonHandle()->getUuid();
-    QCOMPARE(first.length(), 36);
-    QVERIFY(!first.contains(QLatin1Char('{')) && !first.contains(QLatin1Char('}')));
-    QVERIFY(!QUuid(first).isNull());
-    QVERIFY(first != second);
-}
-
-void CommonHelpersTest::control_io_asks_only_when_confirmation_is_on() {
-    Common* common = Common::getCommonHandle();
-    {
-        BoxAnswer answer(QMessageBox::No);
-        QVERIFY(common->isEnableControlIO());
-        QVERIFY(!answer.shown);
-    }
-    common->setEnableControlIO(true);
-    {
-        BoxAnswer answer(QMessageBox::Yes);
-        QVERIFY(common->isEnableControlIO());
-        QVERIFY(answer.shown);
-        QCOMPARE(answer.text, QStringLiteral("Are you sure you want to control IO?"));
-    }
-    {
-        BoxAnswer answer(QMessageBox::No);
-        QVERIFY(!common->isEnableControlIO());
-    }
-    {
-        BoxAnswer answer(QMessageBox::Escape);
-        QVERIFY(!common->isEnableControlIO());
-    }
-    common->setEnableControlIO(false);
 }
 
 void CommonHelpersTest::message_boxes_show_over_the_pendant_form() {
@@ -226,17 +144,17 @@ void CommonHelpersTest::message_boxes_show_over_the_pendant_form() {
         {&MessageBox::question, "Question", QMessageBox::Question},
     };
     for (const Case& each : cases) {
-        BoxAnswer answer(QMessageBox::Cancel);
+        MessageBoxAnswerer answer(QMessageBox::Cancel);
         QCOMPARE(
             each.show(QStringLiteral("Gripper 1 is not connected"),
                       QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::Ok, QMessageBox::Cancel),
             QMessageBox::Cancel);
-        QCOMPARE(answer.title, QString::fromLatin1(each.title));
-        QCOMPARE(answer.text, QStringLiteral("Gripper 1 is not connected"));
+        QCOMPARE(answer.boxes(),
+                 QStringList(QString::fromLatin1(each.title) + ": Gripper 1 is not connected"));
         QCOMPARE(answer.parent, &pendant_form);
         QCOMPARE(answer.icon, each.icon);
     }
-    BoxAnswer escape(QMessageBox::Escape);
+    MessageBoxAnswerer escape(QMessageBox::Escape);
     QCOMPARE(MessageBox::warning(QStringLiteral("Stop?"), QMessageBox::Yes | QMessageBox::No,
                                  QMessageBox::Yes, QMessageBox::No),
              QMessageBox::No);
@@ -278,24 +196,6 @@ void CommonHelpersTest::combo_popup_stays_inside_the_screen() {
     ComboBox empty;
     empty.showPopup();
     QVERIFY(!empty.popupList()->isVisible());
-}
-
-void CommonHelpersTest::combo_item_click_selects_and_activates() {
-    ComboBox combo;
-    combo.addItems(QStringList() << "TCP Client"
-                                 << "USB");
-    combo.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&combo));
-    QSignalSpy activated(&combo, SIGNAL(activated(int)));
-    QTest::mouseClick(&combo, Qt::LeftButton);
-    QListWidget* list = combo.popupList();
-    QTRY_VERIFY(list->isVisible());
-    const QRect second = list->visualItemRect(list->item(1));
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, Qt::NoModifier, second.center());
-    QTRY_COMPARE(activated.count(), 1);
-    QCOMPARE(activated.at(0).at(0).toInt(), 1);
-    QCOMPARE(combo.currentText(), QStringLiteral("USB"));
-    QVERIFY(!list->isVisible());
 }
 
 void CommonHelpersTest::combo_translatable_items_follow_the_language() {

@@ -1,10 +1,12 @@
-#ifndef TESTS_GRIPPER_MAIN_USERINTERFACE_LOGIC_PAGE_TEST_SUPPORT_H
-#define TESTS_GRIPPER_MAIN_USERINTERFACE_LOGIC_PAGE_TEST_SUPPORT_H
+#ifndef TESTS_TEST_SUPPORT_PAGE_TEST_SUPPORT_H
+#define TESTS_TEST_SUPPORT_PAGE_TEST_SUPPORT_H
 
 #include <QApplication>
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QSettings>
 #include <QStringList>
@@ -19,8 +21,10 @@
 
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
 #include "src/plugins/templateplugin/common/combobox.h"
 #include "src/plugins/templateplugin/common/settings.h"
+#include "tools/gripper_simulator/simulator.h"
 
 namespace page_test {
 
@@ -90,39 +94,80 @@ inline void disconnect_all() {
 }
 
 // Every text a label showed, in order, sampled between the events of the interface thread.
-class LabelHistory : public QObject {
-    Q_OBJECT
-
+class LabelHistory {
 public:
-    explicit LabelHistory(QLabel* label) : label_(label) {
-        connect(&timer_, SIGNAL(timeout()), this, SLOT(sample()));
+    explicit LabelHistory(QLabel* label) {
+        QObject::connect(&timer_, &QTimer::timeout, [this, label] {
+            if (texts_.isEmpty() || texts_.last() != label->text()) {
+                texts_ << label->text();
+            }
+        });
         timer_.start(0);
     }
-
-    QStringList texts() const { return texts_; }
     void clear() { texts_.clear(); }
     // True when expected appear in this order (others may come between).
     bool saw_in_order(const QStringList& expected) const {
         int next = 0;
         for (const QString& text : texts_) {
-            if (next < expected.size() && text == expected.at(next)) {
-                ++next;
-            }
+            next += next < expected.size() && text == expected.at(next) ? 1 : 0;
         }
         return next == expected.size();
     }
 
-private slots:
-    void sample() {
-        if (texts_.isEmpty() || texts_.last() != label_->text()) {
-            texts_ << label_->text();
-        }
-    }
-
 private:
-    QLabel* label_;
     QTimer timer_;
     QStringList texts_;
+};
+
+// The fixture of a page test: the tab page shown at the design resolution, simulated grippers,
+// and the operator's and the script's ways to the page part under test (scope_).
+class PageTest : public QObject {
+protected:
+    bool show_page() {
+        use_design_resolution(folder_);
+        page_ = new GripperWidget();
+        page_->resize(1024, 768);
+        page_->show();
+        return QTest::qWaitForWindowExposed(page_);
+    }
+    template <typename T>
+    T* find(const char* name) const {
+        T* found = scope_->findChild<T*>(QString::fromLatin1(name));
+        Q_ASSERT(nullptr != found);
+        return found;
+    }
+    void click(const char* button) { QTest::mouseClick(find<QWidget>(button), Qt::LeftButton); }
+    void type_into(const char* line_edit, const QString& text) {
+        QLineEdit* edit = find<QLineEdit>(line_edit);
+        edit->clear();
+        QTest::keyClicks(edit, text);
+    }
+    // A script connect of gripper to entry index; serial grippers through a link of another
+    // name, since a path under /dev/pts stands for the scanned one.
+    bool connect_gripper(int index, int gripper) {
+        std::vector<std::string> parameters{std::to_string(index)};
+        GripperCommunication::CommunicationConnection connection =
+            GripperCommunication::CC_TCP_CLIENT;
+        if (0 == simulator_.tcp_port(gripper)) {
+            const QString link = folder_.filePath(QStringLiteral("gripper%1").arg(gripper));
+            QFile::remove(link);
+            QFile::link(QString::fromStdString(simulator_.endpoint(gripper)), link);
+            parameters.push_back(link.toStdString());
+            connection = GripperCommunication::CC_USB_SERIALPORT;
+        } else {
+            parameters.push_back("127.0.0.1");
+            parameters.push_back(std::to_string(simulator_.tcp_port(gripper)));
+        }
+        return on_script_thread([&] {
+                   return GripperSettingWidget::instance()->connect_gripper(connection, parameters);
+               }) &&
+               nullptr != driver_of(index);
+    }
+
+    QTemporaryDir folder_;
+    gripper_sim::Simulator simulator_;
+    GripperWidget* page_ = nullptr;
+    QWidget* scope_ = nullptr;
 };
 
 }  // namespace page_test
