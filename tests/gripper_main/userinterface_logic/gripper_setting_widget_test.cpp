@@ -12,7 +12,6 @@
 
 using page_test::driver_of;
 using page_test::items;
-using page_test::on_script_thread;
 using page_test::pick;
 
 namespace {
@@ -58,7 +57,6 @@ private slots:
     void usb_connect_activate_disconnect_by_clicking();
     void tcp_connect_by_clicking_bad_address_stops_bad_port_goes_on();
     void count_4_to_2_removes_records_3_then_2();
-    void script_usb_connect_uses_the_scanned_path();
     void vanished_port_shows_write_exception();
 
 private:
@@ -250,22 +248,6 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     QCOMPARE(GripperGlobal::instance().vector_device().size(), 4u);
     QCOMPARE(items(find<QComboBox>("combo_box_node_")), QStringList({"1", "2", "3", "4"}));
     QTRY_COMPARE(page_->findChild<QComboBox*>("combo_box_node_2")->count(), 4);
-}
-
-void GripperSettingWidgetTest::script_usb_connect_uses_the_scanned_path() {
-    simulator_.set_announce_file(MODBUS, PTS_FILE);
-    const QString scanned = QString::fromStdString(simulator_.endpoint(MODBUS));
-    QVERIFY(on_script_thread([&] { return setting_->scan_gripper(); }));
-    QTRY_COMPARE(find<QComboBox>("combo_box_usb_")->itemText(0), scanned);
-    LogCapture log;
-    QVERIFY(on_script_thread([&] {
-        return setting_->connect_gripper(GripperCommunication::CC_USB_SERIALPORT,
-                                         {"0", "/dev/pts/7"});
-    }));
-    QVERIFY(nullptr != driver_of(0));
-    QVERIFY(log.contains(("serialport_ = " + scanned).toStdString()));
-    QCOMPARE(find<QComboBox>("combo_box_type_")->currentText(), QStringLiteral("USB"));
-    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(), scanned);
 }
 
 // The status's tool tip carries the sentence of the link's last failure, as its log line does.
