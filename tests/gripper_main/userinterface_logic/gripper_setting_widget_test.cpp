@@ -9,6 +9,7 @@
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/page_test_support.h"
+#include "tests/test_support/registry_journal.h"
 
 using page_test::driver_of;
 using page_test::items;
@@ -27,20 +28,6 @@ QStringList system_ports() {
     }
     return ports;
 }
-
-// Records the registry's list at every change.
-class RegistryHistory : public GripperGlobal::NotifyInterface {
-public:
-    RegistryHistory() { GripperGlobal::instance().add_notify_interface(this); }
-    ~RegistryHistory() { GripperGlobal::instance().remove_notify_interface(this); }
-    void on_list_all_device_changed() override {
-        lists.push_back(GripperGlobal::instance().vector_device());
-    }
-    void on_program_state_changed(GripperGlobal::ProgramState) override {}
-    void on_program_startup() override {}
-
-    std::vector<std::vector<GripperDevice*>> lists;
-};
 
 }  // namespace
 
@@ -234,8 +221,11 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     QCOMPARE(before.size(), 4u);
     QVERIFY(connect_gripper(2, TCP));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 3));
-    RegistryHistory history;
+    std::vector<std::string> journal;
+    RegistryJournal history("registry", journal);
+    GripperGlobal::instance().add_notify_interface(&history);
     QVERIFY(pick(find<QComboBox>("combo_box_index_"), 1));
+    GripperGlobal::instance().remove_notify_interface(&history);
     QCOMPARE(history.lists.size(), 2u);
     QCOMPARE(history.lists[0], std::vector<GripperDevice*>(before.begin(), before.begin() + 3));
     QCOMPARE(history.lists[1], std::vector<GripperDevice*>(before.begin(), before.begin() + 2));
