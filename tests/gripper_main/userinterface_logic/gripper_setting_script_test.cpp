@@ -27,7 +27,6 @@ private slots:
     void failed_connect_leaves_the_device_disconnected();
     void bad_parameter_lists_are_refused_data();
     void bad_parameter_lists_are_refused();
-    void disconnect_by_index_disconnects_only_the_named_gripper();
     void debug_connect_uses_the_last_serial_port();
     void operations_on_the_interface_thread_run_in_place();
 
@@ -134,20 +133,6 @@ void GripperSettingScriptTest::bad_parameter_lists_are_refused() {
     for (int index = 0; index < 4; ++index) {
         QVERIFY(nullptr == driver_of(index));
     }
-}
-
-void GripperSettingScriptTest::disconnect_by_index_disconnects_only_the_named_gripper() {
-    QVERIFY(connect_tcp(0, FIRST));
-    QVERIFY(connect_tcp(1, SECOND));
-    QVERIFY(page_test::pick(find<QComboBox>("combo_box_node_"), 0));
-    QVERIFY(script([](GripperSettingWidget* page) { return page->disconnect_gripper(1); }));
-    QVERIFY(nullptr == driver_of(1));
-    QCOMPARE(find<QComboBox>("combo_box_node_")->currentIndex(), 1);
-    for (int index : {1, 7, -1}) {
-        QVERIFY(
-            !script([&](GripperSettingWidget* page) { return page->disconnect_gripper(index); }));
-    }
-    QVERIFY(nullptr != driver_of(0));
 }
 
 void GripperSettingScriptTest::debug_connect_uses_the_last_serial_port() {

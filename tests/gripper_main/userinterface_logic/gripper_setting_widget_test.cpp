@@ -9,10 +9,10 @@
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/page_test_support.h"
+#include "tests/test_support/registry_journal.h"
 
 using page_test::driver_of;
 using page_test::items;
-using page_test::on_script_thread;
 using page_test::pick;
 
 namespace {
@@ -29,20 +29,6 @@ QStringList system_ports() {
     return ports;
 }
 
-// Records the registry's list at every change.
-class RegistryHistory : public GripperGlobal::NotifyInterface {
-public:
-    RegistryHistory() { GripperGlobal::instance().add_notify_interface(this); }
-    ~RegistryHistory() { GripperGlobal::instance().remove_notify_interface(this); }
-    void on_list_all_device_changed() override {
-        lists.push_back(GripperGlobal::instance().vector_device());
-    }
-    void on_program_state_changed(GripperGlobal::ProgramState) override {}
-    void on_program_startup() override {}
-
-    std::vector<std::vector<GripperDevice*>> lists;
-};
-
 }  // namespace
 
 class GripperSettingWidgetTest : public page_test::PageTest {
@@ -58,7 +44,6 @@ private slots:
     void usb_connect_activate_disconnect_by_clicking();
     void tcp_connect_by_clicking_bad_address_stops_bad_port_goes_on();
     void count_4_to_2_removes_records_3_then_2();
-    void script_usb_connect_uses_the_scanned_path();
     void vanished_port_shows_write_exception();
 
 private:
@@ -236,8 +221,11 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     QCOMPARE(before.size(), 4u);
     QVERIFY(connect_gripper(2, TCP));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 3));
-    RegistryHistory history;
+    std::vector<std::string> journal;
+    RegistryJournal history("registry", journal);
+    GripperGlobal::instance().add_notify_interface(&history);
     QVERIFY(pick(find<QComboBox>("combo_box_index_"), 1));
+    GripperGlobal::instance().remove_notify_interface(&history);
     QCOMPARE(history.lists.size(), 2u);
     QCOMPARE(history.lists[0], std::vector<GripperDevice*>(before.begin(), before.begin() + 3));
     QCOMPARE(history.lists[1], std::vector<GripperDevice*>(before.begin(), before.begin() + 2));
@@ -250,22 +238,6 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     QCOMPARE(GripperGlobal::instance().vector_device().size(), 4u);
     QCOMPARE(items(find<QComboBox>("combo_box_node_")), QStringList({"1", "2", "3", "4"}));
     QTRY_COMPARE(page_->findChild<QComboBox*>("combo_box_node_2")->count(), 4);
-}
-
-void GripperSettingWidgetTest::script_usb_connect_uses_the_scanned_path() {
-    simulator_.set_announce_file(MODBUS, PTS_FILE);
-    const QString scanned = QString::fromStdString(simulator_.endpoint(MODBUS));
-    QVERIFY(on_script_thread([&] { return setting_->scan_gripper(); }));
-    QTRY_COMPARE(find<QComboBox>("combo_box_usb_")->itemText(0), scanned);
-    LogCapture log;
-    QVERIFY(on_script_thread([&] {
-        return setting_->connect_gripper(GripperCommunication::CC_USB_SERIALPORT,
-                                         {"0", "/dev/pts/7"});
-    }));
-    QVERIFY(nullptr != driver_of(0));
-    QVERIFY(log.contains(("serialport_ = " + scanned).toStdString()));
-    QCOMPARE(find<QComboBox>("combo_box_type_")->currentText(), QStringLiteral("USB"));
-    QCOMPARE(find<QComboBox>("combo_box_usb_")->currentText(), scanned);
 }
 
 // The status's tool tip carries the sentence of the link's last failure, as its log line does.

@@ -5,24 +5,9 @@
 
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
 #include "tests/test_support/log_capture.h"
+#include "tests/test_support/registry_journal.h"
 
 namespace {
-
-// Records the registry's notifications as "<name> list" and "<name> state <n>".
-class RegistryObserver : public GripperGlobal::NotifyInterface {
-public:
-    RegistryObserver(const std::string& name, std::vector<std::string>& journal)
-        : name_(name), journal_(journal) {}
-    void on_list_all_device_changed() override { journal_.push_back(name_ + " list"); }
-    void on_program_state_changed(GripperGlobal::ProgramState state) override {
-        journal_.push_back(name_ + " state " + std::to_string(state));
-    }
-    void on_program_startup() override {}
-
-private:
-    std::string name_;
-    std::vector<std::string>& journal_;
-};
 
 // The registry is process-wide: every test leaves it empty, stopped and without observers.
 class GripperGlobalTest : public ::testing::Test {
@@ -46,8 +31,8 @@ protected:
     GripperGlobal& registry_ = GripperGlobal::instance();
     LogCapture log_;
     std::vector<std::string> journal_;
-    RegistryObserver first_{"first", journal_};
-    RegistryObserver second_{"second", journal_};
+    RegistryJournal first_{"first", journal_};
+    RegistryJournal second_{"second", journal_};
 };
 
 }  // namespace
@@ -103,19 +88,19 @@ namespace {
 
 // On each notification adds many observers (so that the list grows and moves in memory) and
 // removes the one after it, as a page that rebuilds its parts might.
-class ReshapingObserver : public RegistryObserver {
+class ReshapingObserver : public RegistryJournal {
 public:
     ReshapingObserver(std::vector<std::string>& journal, GripperGlobal::NotifyInterface* next)
-        : RegistryObserver("reshaping", journal), next_(next), extra_(64, {"extra", journal}) {}
+        : RegistryJournal("reshaping", journal), next_(next), extra_(64, {"extra", journal}) {}
     ~ReshapingObserver() {
-        for (RegistryObserver& extra : extra_) {
+        for (RegistryJournal& extra : extra_) {
             GripperGlobal::instance().remove_notify_interface(&extra);
         }
         GripperGlobal::instance().remove_notify_interface(this);
     }
     void on_list_all_device_changed() override {
-        RegistryObserver::on_list_all_device_changed();
-        for (RegistryObserver& extra : extra_) {
+        RegistryJournal::on_list_all_device_changed();
+        for (RegistryJournal& extra : extra_) {
             GripperGlobal::instance().add_notify_interface(&extra);
         }
         GripperGlobal::instance().remove_notify_interface(next_);
@@ -123,7 +108,7 @@ public:
 
 private:
     GripperGlobal::NotifyInterface* next_;
-    std::vector<RegistryObserver> extra_;
+    std::vector<RegistryJournal> extra_;
 };
 
 }  // namespace

@@ -3,6 +3,7 @@
 // speaks Modbus RTU on a pseudo-terminal that a scan finds through "/tmp/pts"; gripper 2 speaks
 // frames over loopback TCP.
 #include <QApplication>
+#include <QComboBox>
 #include <QtTest>
 
 #include <memory>
@@ -74,7 +75,7 @@ void PluginScriptTest::initTestCase() {
 }
 
 // The scan is queued on the interface thread; once it has run, a USB connect to any
-// pseudo-terminal path goes to the one the scan read from "/tmp/pts".
+// pseudo-terminal path goes to the one the scan read from "/tmp/pts", and the page shows it.
 void PluginScriptTest::connectsOverUsbToThePortTheScanFound() {
     QCOMPARE(send("gripper_scan"), kAccepted);
     QCoreApplication::sendPostedEvents();
@@ -82,8 +83,12 @@ void PluginScriptTest::connectsOverUsbToThePortTheScanFound() {
     QtLogCapture::clear();
     QCOMPARE(send("gripper_connect_usb|1,/dev/pts/999"), kAccepted);
     QCOMPARE(send("gripper_isConnect|1"), kYes);
+    const QString scanned = QString::fromStdString(simulator_.endpoint(usb_));
+    QVERIFY(QtLogCapture::contains("D serialport_ = " + scanned));
     QVERIFY(QtLogCapture::contains("W retValueOrError = i | 1"));
     QVERIFY(!QtLogCapture::contains("W !mode_connect(USB_SERIAL, connect_parameters)"));
+    QCOMPARE(page_->findChild<QComboBox*>("combo_box_type_")->currentText(), QStringLiteral("USB"));
+    QCOMPARE(page_->findChild<QComboBox*>("combo_box_usb_")->currentText(), scanned);
 }
 
 void PluginScriptTest::connectsASecondGripperOverTcp() {
@@ -194,11 +199,14 @@ void PluginScriptTest::disconnectDuringAWaitEndsIt() {
     QCOMPARE(send("gripper_isActivate|1"), kYes);
 }
 
-// The page shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1.
+// The page shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1, and
+// the page then shows gripper 1.
 void PluginScriptTest::disconnectsTheNamedGripperOnly() {
     QCOMPARE(send(tcp_line("gripper_connect_tcp")), kAccepted);
     QCOMPARE(send("gripper_isConnect|2"), kYes);
+    QCOMPARE(page_->findChild<QComboBox*>("combo_box_node_")->currentIndex(), 1);
     QCOMPARE(send("gripper_disconnect|1"), kAccepted);
+    QCOMPARE(page_->findChild<QComboBox*>("combo_box_node_")->currentIndex(), 0);
     QCOMPARE(send("gripper_isConnect|1"), kAccepted);
     QCOMPARE(send("gripper_isConnect|2"), kYes);
     QtLogCapture::clear();
