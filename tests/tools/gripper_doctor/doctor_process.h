@@ -86,14 +86,17 @@ public:
     }
 
 private:
+    // The program is opened before the user changes: nobody may be unable to reach the build
+    // folder (a clone under a home folder of mode 0700) but may still run the file itself.
     static void exec_child(char* const* argv, bool as_nobody, int out, int err) {
         ::dup2(out, STDOUT_FILENO);
         ::dup2(err, STDERR_FILENO);
-        if (as_nobody &&
-            (0 != ::setgroups(0, nullptr) || 0 != ::setgid(NOBODY) || 0 != ::setuid(NOBODY))) {
+        const int program = ::open(GRIPPER_DOCTOR_PROGRAM, O_PATH | O_CLOEXEC);
+        if (as_nobody && (0 != ::setgroups(0, nullptr) || 0 != ::setgid(NOBODY) ||
+                          0 != ::setuid(NOBODY) || 0 != ::chdir("/"))) {
             ::_exit(126);
         }
-        ::execv(GRIPPER_DOCTOR_PROGRAM, argv);
+        ::fexecve(program, argv, environ);
         ::_exit(127);
     }
 
