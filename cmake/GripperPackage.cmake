@@ -24,6 +24,7 @@ endif()
 # The pendant's archive: one folder named after the plug-in, its version and the Qt it was built
 # with, so that a build for the emulator is not mistaken for one made with the pendant's kit.
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_GRIPPER_PENDANT_ARCHIVE_NAME
     "Zanther2F-${PROJECT_VERSION}-qt${Qt5Core_VERSION}-${CMAKE_SYSTEM_PROCESSOR}")
 
@@ -36,7 +37,6 @@ endif()
 
 set(CPACK_GENERATOR DEB TGZ)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
-set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
