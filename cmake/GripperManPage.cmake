@@ -2,12 +2,15 @@
 # own --help text by help2man (when Debian's help2man is there; never in a sanitizer build),
 # compressed and installed with the tools.
 find_program(HELP2MAN_PROGRAM help2man)
-if(NOT HELP2MAN_PROGRAM)
-    message(STATUS "help2man not found: the tools are installed without manual pages")
+if(HELP2MAN_PROGRAM AND NOT GRIPPER_SANITIZE)
+    set(GRIPPER_MAN_PAGES ON)
+else()
+    set(GRIPPER_MAN_PAGES OFF)
+    message(STATUS "No manual pages (help2man not found, or a sanitizer build)")
 endif()
 
 function(gripper_add_man_page target summary)
-    if(NOT HELP2MAN_PROGRAM OR GRIPPER_SANITIZE)
+    if(NOT GRIPPER_MAN_PAGES)
         return()
     endif()
     set(page ${CMAKE_CURRENT_BINARY_DIR}/${target}.1)
