@@ -3,7 +3,8 @@ BUILD_DIR ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
-.PHONY: all deps configure build test demo bench asan tsan format format-check qt55-check clean
+.PHONY: all deps configure build test demo bench install package plugin-only asan tsan format \
+	format-check qt55-check clean
 
 all: build
 
@@ -24,6 +25,28 @@ demo: build
 
 bench: build
 	@./scripts/bench.sh $(BUILD_DIR)
+
+# The tools and the plug-in under PREFIX (DESTDIR is honoured): see README.md, "Install".
+PREFIX ?= /usr/local
+install: build
+	@cmake --install $(BUILD_DIR) --prefix $(PREFIX)
+
+# The .deb for a commissioning laptop and the pendant's .tar.gz, in $(BUILD_DIR)/packages;
+# lintian checks the .deb.
+package: build
+	@./scripts/install-deps.sh package
+	@cd $(BUILD_DIR) && rm -rf packages && cpack
+	@lintian --fail-on error $(BUILD_DIR)/packages/*.deb
+
+# The plug-in alone, configured as with the pendant's kit (docs/pendant-build.md), in a clean
+# folder, then what the library needs from the system that loads it.
+PLUGIN_BUILD_DIR ?= build-plugin
+plugin-only: deps
+	@rm -rf $(PLUGIN_BUILD_DIR)
+	@cmake -S . -B $(PLUGIN_BUILD_DIR) -DCMAKE_BUILD_TYPE=Release -DGRIPPER_PLUGIN_ONLY=ON \
+		$(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache) > /dev/null
+	@cmake --build $(PLUGIN_BUILD_DIR) -j $(JOBS)
+	@./scripts/plugin-report.sh $(PLUGIN_BUILD_DIR)/plugins/libZanther2F.so
 
 # Every test, the pages' and the plug-in's included, under AddressSanitizer +
 # UndefinedBehaviorSanitizer. Leaks that Qt and fontconfig keep until exit are suppressed by
@@ -58,4 +81,4 @@ qt55-check: build
 	@../shared/qt55/check.sh -p $(BUILD_DIR) platform gripper_main/userinterface_logic src
 
 clean:
-	@rm -rf $(BUILD_DIR) build-asan build-tsan
+	@rm -rf $(BUILD_DIR) build-asan build-tsan $(PLUGIN_BUILD_DIR)

@@ -9,7 +9,13 @@ packages=(
     libspdlog-dev libfmt-dev nlohmann-json3-dev
     libmodbus-dev socat
     qttools5-dev qttools5-dev-tools fonts-dejavu-core fonts-wqy-microhei python3-clang-14 xvfb xauth
+    help2man
 )
+# `install-deps.sh package`: also what `make package` needs to compute the .deb's dependencies
+# and to check it.
+if [ "${1:-}" = "package" ]; then
+    packages+=(dpkg-dev file lintian)
+fi
 
 missing=()
 for package in "${packages[@]}"; do

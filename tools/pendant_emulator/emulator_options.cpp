@@ -12,9 +12,14 @@ QString absolute(const QString& path) {
     return path.isEmpty() ? path : QFileInfo(path).absoluteFilePath();
 }
 
-// build/tools/pendant_emulator/pendant-emulator -> build/plugins, build/tools/gripper_simulator.
-QString beside_build(const QString& relative) {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + "/../../" + relative);
+// A default path: the installed one relative to this program's folder (bin/ -> lib/gripper/plugins,
+// bin/gripper-sim) when it exists, else the one in the build (build/tools/pendant_emulator/ ->
+// build/plugins, build/tools/gripper_simulator/gripper-sim).
+QString default_path(const QString& installed, const QString& in_build) {
+    const QDir program_folder(QCoreApplication::applicationDirPath());
+    const QString path = program_folder.absoluteFilePath(installed);
+    return QDir::cleanPath(QFileInfo::exists(path) ? path
+                                                   : program_folder.absoluteFilePath(in_build));
 }
 
 bool parse_resolution(const QString& text, QSize& size) {
@@ -40,13 +45,14 @@ void add_options(QCommandLineParser& parser) {
         "with a program panel, a script console and simulated grippers.");
     parser.addHelpOption();
     parser.addOptions({
-        {"plugins", "Plug-in folder (default: build/plugins beside this program).", "dir"},
+        {"plugins", "Plug-in folder (default: the installed one, else the build's).", "dir"},
         {"resolution", "Pendant screen, WIDTHxHEIGHT (default 1024x768).", "size"},
         {"language", "Language catalogue: a name such as zh_CN, or a .qm file.", "lang"},
         {"usb", "Gripper 1 is a real gripper on this serial device (no simulator).", "device"},
         {"tcp", "Gripper 2 is a real gripper at HOST:PORT (no simulator).", "address"},
         {"no-simulators", "Start no simulated gripper."},
-        {"simulator", "The gripper-sim program (default: beside this program's build).", "path"},
+        {"simulator", "The gripper-sim program (default: the installed one, else the build's).",
+         "path"},
         {"shared-path", "Shared file path handed to the plug-ins.", "dir"},
         {"program", "Open this program file at start.", "file"},
         {"tour", "Run the scripted tour; write pictures and transcript into dir.", "dir"},
@@ -67,10 +73,12 @@ bool read_values(const QCommandLineParser& parser, EmulatorOptions& options, QSt
         return false;
     }
     options.plugin_folder =
-        absolute(parser.isSet("plugins") ? parser.value("plugins") : beside_build("plugins"));
-    options.simulator_program =
-        absolute(parser.isSet("simulator") ? parser.value("simulator")
-                                           : beside_build("tools/gripper_simulator/gripper-sim"));
+        absolute(parser.isSet("plugins") ? parser.value("plugins")
+                                         : default_path(INSTALLED_PLUGIN_FOLDER, "../../plugins"));
+    options.simulator_program = absolute(
+        parser.isSet("simulator")
+            ? parser.value("simulator")
+            : default_path(INSTALLED_SIMULATOR, "../../tools/gripper_simulator/gripper-sim"));
     options.language = parser.value("language");
     if (options.language.endsWith(".qm")) {
         options.language = absolute(options.language);

@@ -51,10 +51,13 @@ public:
         if (0 == pid_) {
             ::dup2(out, STDOUT_FILENO);
             ::dup2(err, STDERR_FILENO);
+            // The program is opened before the user changes: nobody may be unable to reach the
+            // build folder (a clone under a home folder of mode 0700) but may still run the file.
+            const int program = ::open(argv[0], O_PATH | O_CLOEXEC);
             const uid_t nobody = 65534;
-            if (!as_nobody ||
-                (0 == ::setgroups(0, nullptr) && 0 == ::setgid(nobody) && 0 == ::setuid(nobody))) {
-                ::execv(argv[0], argv.data());
+            if (!as_nobody || (0 == ::setgroups(0, nullptr) && 0 == ::setgid(nobody) &&
+                               0 == ::setuid(nobody) && 0 == ::chdir("/"))) {
+                ::fexecve(program, argv.data(), environ);
             }
             ::_exit(127);
         }
