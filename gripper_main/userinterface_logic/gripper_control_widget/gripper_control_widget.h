@@ -73,6 +73,10 @@ public slots:
 
     void on_line_edit_force__cursorPositionChanged(int, int) {}
 
+protected:
+    // A new language: the form's texts and the status again.
+    void changeEvent(QEvent* event) override;
+
 private slots:
     void apply_program_state(int state);
 
