@@ -3,7 +3,8 @@ BUILD_DIR ?= build
 JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
-.PHONY: all deps configure build test demo bench asan tsan format format-check qt55-check clean
+.PHONY: all deps configure build test demo bench asan tsan format format-check qt55-check \
+	translations-check clean
 
 all: build
 
@@ -56,6 +57,10 @@ format-check:
 # What the pendant loads keeps to the Qt 5.5 API (the check reads the build's ui_*.h files).
 qt55-check: build
 	@../shared/qt55/check.sh -p $(BUILD_DIR) platform gripper_main/userinterface_logic src
+
+# Every operator text of the sources has a finished translation in the three catalogues.
+translations-check: deps
+	@./scripts/check-translations.sh
 
 clean:
 	@rm -rf $(BUILD_DIR) build-asan build-tsan
