@@ -355,6 +355,9 @@ void PluginHostTest::followsACatalogueInstalledAfterThePage() {
             QCoreApplication::installTranslator(&translator);
         }
         QTRY_COMPARE(shown(), row.texts);
+        // Texts set in code stay.
+        QCOMPARE(editor->findChild<QLabel*>("lbl_forceRange")->text(),
+                 QStringLiteral("  20 ~ 100"));
         QCoreApplication::removeTranslator(&translator);
     }
 }
