@@ -237,7 +237,7 @@
     </message>
     <message>
         <source>Detected</source>
-        <translation>Object held</translation>
+        <translation>Object detected</translation>
     </message>
     <message>
         <source>Dropped</source>
