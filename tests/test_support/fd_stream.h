@@ -17,10 +17,21 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
 typedef std::vector<uint8_t> Bytes;
+
+// Bytes written as hex pairs separated by blanks, as traces show them: "FF 03 03 02".
+inline Bytes hex(const std::string& text) {
+    Bytes bytes;
+    std::istringstream in(text);
+    for (unsigned value = 0; in >> std::hex >> value;) {
+        bytes.push_back(static_cast<uint8_t>(value));
+    }
+    return bytes;
+}
 
 // A byte stream over a descriptor (terminal, socket or pipe) that the test owns; closed with it.
 class FdStream {

@@ -2,58 +2,74 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
-#include <utility>
 
+#include "gripper/gripper_protocol/gripper_custom_protocol/gripper_custom_protocol.h"
 #include "tools/gripper_doctor/hex_text.h"
 
 namespace gripper_doctor {
 namespace {
 
-const uint8_t HEADER[] = {0xFF, 0xFE, 0xFD, 0xFC};
-const uint8_t TRAILER = 0xFB;
-const size_t OFFSET_ID = 4;
-const size_t OFFSET_PRIMARY = 5;
-const size_t OFFSET_SECONDARY = 6;
-const size_t OFFSET_READ_WRITE = 7;
-const size_t OFFSET_VALUE = 9;
-const size_t OFFSET_TRAILER = 13;
+typedef GripperCustomProtocol Custom;
 
-typedef std::pair<uint8_t, uint8_t> Register;
+const size_t FRAME_LENGTH = Custom::FRAME_LENGTH;
+const size_t OFFSET_TRAILER = FRAME_LENGTH - 1;
+const uint8_t ANY_GRIPPER = 0xFF;
 
-const std::map<Register, const char*>& register_names() {
-    static const std::map<Register, const char*> names = {
-        {{0x12, 0x01}, "device id"},
-        {{0x13, 0x01}, "firmware version"},
-        {{0x08, 0x02}, "initialisation"},
-        {{0x0F, 0x01}, "move feedback"},
-        {{0x0F, 0x02}, "turn feedback"},
-        {{0x11, 0x01}, "slow mode on"},
-        {{0x11, 0x02}, "slow mode off"},
-        {{0x06, 0x02}, "position"},
-        {{0x05, 0x04}, "force"},
-        {{0x05, 0x02}, "closing force"},
-        {{0x09, 0x02}, "speed"},
-        {{0x07, 0x02}, "angle"},
-        {{0x15, 0x02}, "stop-current acknowledgement"},
-        {{0x15, 0x01}, "object dropped"},
+// A request the protocol builds, with the package type its answer decodes as (PT_UNDEFINE: the
+// value is shown as it is).
+struct Request {
+    const char* name;
+    GripperProtocol::PackageType type;
+    Bytes frame;
+};
+
+// Every request the protocol builds for a gripper id, read or written with value. The slow-mode
+// switch is written with secondary byte 1 to switch slow mode on and 2 to switch it off, whatever
+// the enumerators' names say.
+std::vector<Request> requests(uint8_t id, bool set, int value) {
+    Custom p;
+    const GripperProtocol::PackageType shown = GripperProtocol::PT_UNDEFINE;
+    return {
+        {"device id", GripperProtocol::PT_ID, p.build_id_protocol()},
+        {"firmware version", GripperProtocol::PT_VERSION, p.build_version_protocol(id)},
+        {"initialisation", GripperProtocol::PT_INITIALIZE, p.build_initialize_protocol(id, set)},
+        {"move feedback", GripperProtocol::PT_MOVE_FEEDBACK, p.build_move_feedback_protocol(id)},
+        {"turn feedback", GripperProtocol::PT_TURN_FEEDBACK, p.build_turn_feedback_protocol(id)},
+        {"slow mode on", shown, p.build_slow_protocol(id, set, GripperProtocol::SM_NORMAL)},
+        {"slow mode off", shown, p.build_slow_protocol(id, set, GripperProtocol::SM_SLOW)},
+        {"position", shown, p.build_position_protocol(id, set, value)},
+        {"force", shown, p.build_force_protocol(id, set, value)},
+        {"closing force", shown, p.build_closing_force_protocol(id, set, value)},
+        {"angle", shown, p.build_angle_protocol(id, set, value)},
+        {"stop-current acknowledgement", shown, p.build_stop_current_droped_feedback_protocol(id)},
     };
-    return names;
+}
+
+// The request the protocol builds byte for byte the same as frame.
+Request request_of(const Bytes& frame, int32_t value) {
+    const bool set = 1 == frame[Custom::OFFSET_READ_WRITE];
+    for (const Request& request : requests(frame[Custom::OFFSET_ID], set, value)) {
+        if (request.frame == frame) {
+            return request;
+        }
+    }
+    return {"unknown register", GripperProtocol::PT_UNDEFINE, frame};
 }
 
 std::string register_text(const Bytes& frame) {
     char code[16];
-    std::snprintf(code, sizeof(code), "%02X/%02X", frame[OFFSET_PRIMARY], frame[OFFSET_SECONDARY]);
+    std::snprintf(code, sizeof(code), "%02X/%02X", frame[Custom::OFFSET_REGISTER_PRIMARY],
+                  frame[Custom::OFFSET_REGISTER_SECONDARY]);
     return code;
 }
 
-std::string move_text(int32_t value) {
-    switch (value) {
-        case 0:
+std::string move_text(const AbstractPackageData& data, int32_t value) {
+    switch (data.feedback_) {
+        case GripperProtocol::F_MOVING:
             return "moving";
-        case 2:
+        case GripperProtocol::F_ARRIVED:
             return "arrived";
-        case 3:
+        case GripperProtocol::F_DETECTED:
             return "object detected";
         default:
             return "unknown move state " + std::to_string(value);
@@ -63,23 +79,25 @@ std::string move_text(int32_t value) {
 }  // namespace
 
 bool CustomFrames::is_frame(const Bytes& bytes) {
-    return FRAME_LENGTH == bytes.size() && std::equal(HEADER, HEADER + 4, bytes.begin());
+    Custom protocol;
+    Bytes blank = protocol.build_protocol_empty_byte(false);
+    return protocol.package_protocol(blank) && FRAME_LENGTH == bytes.size() &&
+           std::equal(blank.begin(), blank.begin() + Custom::OFFSET_ID, bytes.begin());
 }
 
 bool CustomFrames::is_dropped_notice(const Bytes& bytes) {
-    return is_frame(bytes) && 0x15 == bytes[OFFSET_PRIMARY] && 0x01 == bytes[OFFSET_SECONDARY] &&
-           TRAILER == bytes[OFFSET_TRAILER];
+    return FRAME_LENGTH == bytes.size() && Custom::contains_dropped_feedback(ANY_GRIPPER, bytes);
 }
 
 std::string CustomFrames::request(const Bytes& frame) {
     if (!is_frame(frame)) {
         return "frame of " + std::to_string(frame.size()) + " bytes";
     }
-    const std::string what = register_text(frame) + " (" +
-                             register_name(frame[OFFSET_PRIMARY], frame[OFFSET_SECONDARY]) + ")";
-    const std::string gripper = " for gripper " + std::to_string(frame[OFFSET_ID]);
-    if (1 == frame[OFFSET_READ_WRITE]) {
-        return "frame write of " + what + " = " + std::to_string(value(frame)) + gripper;
+    const int32_t number = value(frame);
+    const std::string what = register_text(frame) + " (" + request_of(frame, number).name + ")";
+    const std::string gripper = " for gripper " + std::to_string(frame[Custom::OFFSET_ID]);
+    if (1 == frame[Custom::OFFSET_READ_WRITE]) {
+        return "frame write of " + what + " = " + std::to_string(number) + gripper;
     }
     return "frame read of " + what + gripper;
 }
@@ -90,14 +108,15 @@ Verdict CustomFrames::answer(const Bytes& request, const Bytes& answer) {
         verdict.text = "an answer to a request that is no frame";
         return verdict;
     }
-    const bool asks_id = 0x12 == request[OFFSET_PRIMARY];
-    verdict.addressed = asks_id ? -1 : request[OFFSET_ID];
+    const bool asks_id = Custom::PRIMARY_REGISTER_ID == request[Custom::OFFSET_REGISTER_PRIMARY];
+    verdict.addressed = asks_id ? -1 : request[Custom::OFFSET_ID];
     if (!is_frame(answer)) {
         verdict.text = "no frame header (FF FE FD FC): not a frame of this protocol";
         return verdict;
     }
-    verdict.sender = answer[OFFSET_ID];
-    if (TRAILER != answer[OFFSET_TRAILER]) {
+    verdict.sender = answer[Custom::OFFSET_ID];
+    Bytes framed = answer;
+    if (!Custom().package_protocol(framed) || framed != answer) {
         verdict.kind = Verdict::Kind::checksum;
         verdict.text =
             "damaged frame: trailer " + hex_bytes(Bytes{answer[OFFSET_TRAILER]}) + " instead of FB";
@@ -105,45 +124,45 @@ Verdict CustomFrames::answer(const Bytes& request, const Bytes& answer) {
         verdict.kind = Verdict::Kind::foreign;
         verdict.text = "frame from gripper " + std::to_string(verdict.sender) +
                        ", but the request was for gripper " + std::to_string(verdict.addressed);
-    } else if (answer[OFFSET_PRIMARY] != request[OFFSET_PRIMARY]) {
+    } else if (answer[Custom::OFFSET_REGISTER_PRIMARY] !=
+               request[Custom::OFFSET_REGISTER_PRIMARY]) {
         verdict.text = "a frame about " + register_text(answer) + ", not about the register asked";
     } else {
         verdict.kind = Verdict::Kind::good;
-        verdict.text = "gripper " + std::to_string(verdict.sender) + ": " + meaning(answer);
+        verdict.text =
+            "gripper " + std::to_string(verdict.sender) + ": " + meaning(request, answer);
     }
     return verdict;
 }
 
-std::string CustomFrames::meaning(const Bytes& frame) {
-    const int32_t number = value(frame);
-    switch (frame[OFFSET_PRIMARY]) {
-        case 0x12:
-            return "device id " + std::to_string(number & 0xFF);
-        case 0x13:
-            return "firmware " +
-                   dotted_bytes(Bytes(frame.begin() + OFFSET_VALUE, frame.begin() + 13));
-        case 0x08:
-            return 1 == number ? "initialised" : "not initialised";
-        case 0x0F:
-            return 0x01 == frame[OFFSET_SECONDARY] ? move_text(number)
-                                                   : "turn state " + std::to_string(number);
+// The answer as the protocol decodes it for the request's package type.
+std::string CustomFrames::meaning(const Bytes& request, const Bytes& answer) {
+    const int32_t number = value(answer);
+    const Request asked = request_of(request, value(request));
+    const uint8_t id = Custom::PRIMARY_REGISTER_ID == request[Custom::OFFSET_REGISTER_PRIMARY]
+                           ? ANY_GRIPPER
+                           : request[Custom::OFFSET_ID];
+    const AbstractPackageData data = Custom().parse_get_normal_package(id, asked.type, answer);
+    switch (asked.type) {
+        case GripperProtocol::PT_ID:
+            return "device id " + std::to_string(data.id_);
+        case GripperProtocol::PT_VERSION:
+            return "firmware " + dotted_bytes(data.version_);
+        case GripperProtocol::PT_INITIALIZE:
+            return 1 == data.initialize_value_ ? "initialised" : "not initialised";
+        case GripperProtocol::PT_MOVE_FEEDBACK:
+            return move_text(data, number);
+        case GripperProtocol::PT_TURN_FEEDBACK:
+            return "turn state " + std::to_string(number);
         default:
-            return register_name(frame[OFFSET_PRIMARY], frame[OFFSET_SECONDARY]) + " " +
-                   std::to_string(number);
+            return std::string(asked.name) + " " + std::to_string(number);
     }
-}
-
-std::string CustomFrames::register_name(uint8_t primary, uint8_t secondary) {
-    const auto found = register_names().find(Register(primary, secondary));
-    return register_names().end() == found ? "unknown register" : found->second;
 }
 
 int32_t CustomFrames::value(const Bytes& frame) {
-    uint32_t number = 0;
-    for (size_t i = 0; i < 4; ++i) {
-        number |= static_cast<uint32_t>(frame[OFFSET_VALUE + i]) << (8 * i);
-    }
-    return static_cast<int32_t>(number);
+    const auto start = frame.begin() + Custom::OFFSET_VALUE;
+    return GripperProtocol::byte_2_int32_t(Bytes(start, start + 4),
+                                           GripperProtocol::ET_LITTLE_ENDIAN);
 }
 
 }  // namespace gripper_doctor

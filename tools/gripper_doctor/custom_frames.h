@@ -8,11 +8,10 @@
 
 namespace gripper_doctor {
 
-// Requests and answers of the 14-byte frame protocol, told in words.
+// Requests and answers of the 14-byte frame protocol told in words. A request is known by the
+// plug-in's protocol building the same frame; an answer is decoded by that protocol too.
 class CustomFrames {
 public:
-    static constexpr size_t FRAME_LENGTH = 14;
-
     // True for 14 bytes that start with the frame header.
     static bool is_frame(const Bytes& bytes);
     // True for the frame a gripper sends unasked when it loses a held object.
@@ -21,8 +20,7 @@ public:
     static Verdict answer(const Bytes& request, const Bytes& answer);
 
 private:
-    static std::string meaning(const Bytes& frame);
-    static std::string register_name(uint8_t primary, uint8_t secondary);
+    static std::string meaning(const Bytes& request, const Bytes& answer);
     static int32_t value(const Bytes& frame);
 };
 

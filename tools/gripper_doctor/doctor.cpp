@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <thread>
 
-#include "tools/gripper_doctor/log_router.h"
 #include "tools/gripper_doctor/probe.h"
 #include "tools/gripper_doctor/report_json.h"
 #include "tools/gripper_doctor/report_text.h"
@@ -30,7 +29,6 @@ Doctor::Doctor(const CommandLine& command_line)
     : command_line_(command_line), trace_(command_line.json() ? stderr : stdout) {}
 
 int Doctor::run() {
-    LogRouter::install();
     return command_line_.targets().empty() ? run_scan() : run_named();
 }
 

@@ -1,30 +1,59 @@
 #include "tools/gripper_doctor/modbus_frames.h"
 
-#include <map>
-
 #include "gripper/gripper_protocol/gripper_modbus_protocol/gripper_modbus_protocol.h"
 #include "tools/gripper_doctor/hex_text.h"
 
 namespace gripper_doctor {
 namespace {
 
+typedef GripperModbusProtocol Modbus;
+
 const uint8_t READ = 0x03;
 const uint8_t WRITE = 0x06;
 const uint8_t EXCEPTION_BIT = 0x80;
 const uint8_t ANY_SLAVE = 0xFF;
-const size_t READ_ANSWER_LENGTH = 7;
-const size_t EXCEPTION_LENGTH = 5;
+const size_t REQUEST_LENGTH = Modbus::WRITE_LENGTH;
 
-const std::map<uint16_t, const char*>& register_names() {
-    static const std::map<uint16_t, const char*> names = {
-        {0x0100, "initialise"},           {0x0101, "force"},
-        {0x0103, "target position"},      {0x0104, "speed"},
-        {0x0200, "initialisation state"}, {0x0201, "motion state"},
-        {0x0202, "current position"},     {0x0302, "device id"},
-        {0x0306, "maximum current"},      {0x0500, "emergency"},
-        {0x0A00, "model code"},           {0x0A02, "firmware version"},
+// A request the protocol builds, with the package type its answer decodes as (PT_UNDEFINE: the
+// value is shown as it is).
+struct Request {
+    const char* name;
+    GripperProtocol::PackageType type;
+    Bytes frame;
+};
+
+// Every request the protocol builds for a slave id, the writes with value.
+std::vector<Request> requests(uint8_t id, int value) {
+    Modbus p;
+    const GripperProtocol::PackageType shown = GripperProtocol::PT_UNDEFINE;
+    return {
+        {"device id", GripperProtocol::PT_ID, p.build_id_protocol()},
+        {"model code", GripperProtocol::PT_MODEL, p.build_model_protocol(id)},
+        {"firmware version", GripperProtocol::PT_VERSION, p.build_version_protocol(id)},
+        {"emergency", shown, p.build_emergency_open(id)},
+        {"emergency", shown, p.build_emegency_close(id)},
+        {"initialise", shown, p.build_initialize_protocol(id, true)},
+        {"initialisation state", GripperProtocol::PT_INITIALIZE,
+         p.build_initialize_protocol(id, false)},
+        {"motion state", GripperProtocol::PT_MOVE_FEEDBACK, p.build_move_feedback_protocol(id)},
+        {"target position", shown, p.build_position_protocol(id, true, value)},
+        {"current position", shown, p.build_position_protocol(id, false, 0)},
+        {"force", shown, p.build_force_protocol(id, true, value)},
+        {"force", shown, p.build_force_protocol(id, false, 0)},
+        {"speed", shown, p.build_speed_protocol(id, true, value)},
+        {"speed", shown, p.build_speed_protocol(id, false, 0)},
+        {"maximum current", shown, p.build_maximum_current_protocol(id, value)},
     };
-    return names;
+}
+
+// The request the protocol builds byte for byte the same as frame.
+Request request_of(const Bytes& frame) {
+    for (const Request& request : requests(frame[0], frame[4] << 8 | frame[5])) {
+        if (request.frame == frame) {
+            return request;
+        }
+    }
+    return {"unknown register", GripperProtocol::PT_UNDEFINE, frame};
 }
 
 std::string exception_text(uint8_t code) {
@@ -40,9 +69,19 @@ std::string exception_text(uint8_t code) {
     }
 }
 
-std::string motion_text(uint16_t value) {
-    static const char* const states[] = {"moving", "arrived", "object detected", "dropped"};
-    return value < 4 ? states[value] : "unknown motion state " + std::to_string(value);
+std::string motion_text(const AbstractPackageData& data, uint16_t value) {
+    switch (data.feedback_) {
+        case GripperProtocol::F_MOVING:
+            return "moving";
+        case GripperProtocol::F_ARRIVED:
+            return "arrived";
+        case GripperProtocol::F_DETECTED:
+            return "object detected";
+        case GripperProtocol::F_DROPPED:
+            return "dropped";
+        default:
+            return "unknown motion state " + std::to_string(value);
+    }
 }
 
 std::string slave_text(uint8_t slave) {
@@ -55,13 +94,12 @@ std::string ModbusFrames::request(const Bytes& frame) {
     if (REQUEST_LENGTH != frame.size()) {
         return "Modbus frame of " + std::to_string(frame.size()) + " bytes";
     }
-    const uint16_t reg = word(frame, 2);
-    const std::string name = hex_word(reg) + " (" + register_name(reg) + ")";
-    if (WRITE == frame[1]) {
-        return "Modbus write of register " + name + " = " + std::to_string(word(frame, 4)) +
-               " at " + slave_text(frame[0]);
-    }
+    const std::string name = hex_word(word(frame, 2)) + " (" + request_of(frame).name + ")";
     const uint16_t field = word(frame, 4);
+    if (WRITE == frame[1]) {
+        return "Modbus write of register " + name + " = " + std::to_string(field) + " at " +
+               slave_text(frame[0]);
+    }
     return "Modbus read of register " + name +
            (1 == field ? "" : " with field " + std::to_string(field)) + " at " +
            slave_text(frame[0]);
@@ -71,7 +109,8 @@ Verdict ModbusFrames::answer(const Bytes& request, const Bytes& answer) {
     if (REQUEST_LENGTH != request.size()) {
         return Verdict();
     }
-    if (EXCEPTION_LENGTH == answer.size() && (answer[1] & EXCEPTION_BIT) && crc_ok(answer)) {
+    if (Modbus::EXCEPTION_LENGTH == answer.size() && (answer[1] & EXCEPTION_BIT) &&
+        crc_ok(answer)) {
         return exception(answer);
     }
     return WRITE == request[1] ? echo(request, answer) : read_answer(request, answer);
@@ -90,7 +129,7 @@ Verdict ModbusFrames::echo(const Bytes& request, const Bytes& answer) {
     Verdict verdict;
     verdict.addressed = request[0];
     verdict.sender = answer.empty() ? -1 : answer[0];
-    if (answer == request) {
+    if (Modbus().compare_package(true, request, answer)) {
         verdict.kind = Verdict::Kind::good;
         verdict.text = "echo: the write was taken";
     } else if (REQUEST_LENGTH == answer.size() && answer[1] == request[1] && crc_ok(answer) &&
@@ -107,7 +146,7 @@ Verdict ModbusFrames::echo(const Bytes& request, const Bytes& answer) {
 Verdict ModbusFrames::read_answer(const Bytes& request, const Bytes& answer) {
     Verdict verdict;
     verdict.addressed = ANY_SLAVE == request[0] ? -1 : request[0];
-    if (READ_ANSWER_LENGTH != answer.size()) {
+    if (static_cast<size_t>(Modbus::READ_LENGTH) != answer.size()) {
         verdict.text = std::to_string(answer.size()) + " bytes: not a Modbus answer to a read";
         return verdict;
     }
@@ -127,36 +166,33 @@ Verdict ModbusFrames::read_answer(const Bytes& request, const Bytes& answer) {
                        ", but the read was for slave " + std::to_string(verdict.addressed);
     } else {
         verdict.kind = Verdict::Kind::good;
-        verdict.text = "slave " + std::to_string(verdict.sender) + ": " +
-                       meaning(word(request, 2), answer) + ", CRC ok";
+        verdict.text = "slave " + std::to_string(verdict.sender) + ": " + meaning(request, answer) +
+                       ", CRC ok";
     }
     return verdict;
 }
 
-std::string ModbusFrames::meaning(uint16_t reg, const Bytes& answer) {
+// The answer as the protocol decodes it for the request's package type.
+std::string ModbusFrames::meaning(const Bytes& request, const Bytes& answer) {
+    const Request asked = request_of(request);
+    const AbstractPackageData data =
+        Modbus().parse_get_normal_package(request[0], asked.type, answer);
     const uint16_t value = word(answer, 3);
-    switch (reg) {
-        case 0x0302:
-            return "device id " + std::to_string(value & 0xFF);
-        case 0x0A02:
-            return "firmware " + std::to_string(answer[3]) + "." + std::to_string(answer[4]);
-        case 0x0A00: {
-            const auto found = GripperProtocol::map_model_series.find(Bytes{answer[3], answer[4]});
-            const int series = GripperProtocol::map_model_series.end() == found ? 0 : found->second;
-            return "model code " + hex_word(value) + ", model series " + std::to_string(series);
-        }
-        case 0x0200:
-            return 1 == value ? "initialised" : "not initialised";
-        case 0x0201:
-            return motion_text(value);
+    switch (asked.type) {
+        case GripperProtocol::PT_ID:
+            return "device id " + std::to_string(data.id_);
+        case GripperProtocol::PT_VERSION:
+            return "firmware " + dotted_bytes(data.version_);
+        case GripperProtocol::PT_MODEL:
+            return "model code " + hex_word(value) + ", model series " +
+                   std::to_string(data.model_series_);
+        case GripperProtocol::PT_INITIALIZE:
+            return 1 == data.initialize_value_ ? "initialised" : "not initialised";
+        case GripperProtocol::PT_MOVE_FEEDBACK:
+            return motion_text(data, value);
         default:
-            return register_name(reg) + " " + std::to_string(value);
+            return std::string(asked.name) + " " + std::to_string(value);
     }
-}
-
-std::string ModbusFrames::register_name(uint16_t reg) {
-    const auto found = register_names().find(reg);
-    return register_names().end() == found ? "unknown register" : found->second;
 }
 
 bool ModbusFrames::crc_ok(const Bytes& frame) {

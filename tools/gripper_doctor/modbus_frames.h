@@ -8,11 +8,10 @@
 
 namespace gripper_doctor {
 
-// Modbus RTU requests and answers of the gripper's register map, told in words.
+// Modbus RTU requests and answers told in words. A request is known by the plug-in's protocol
+// building the same frame; an answer is checked and decoded by that protocol too.
 class ModbusFrames {
 public:
-    static constexpr size_t REQUEST_LENGTH = 8;
-
     static std::string request(const Bytes& frame);
     static Verdict answer(const Bytes& request, const Bytes& answer);
 
@@ -20,8 +19,7 @@ private:
     static Verdict exception(const Bytes& answer);
     static Verdict echo(const Bytes& request, const Bytes& answer);
     static Verdict read_answer(const Bytes& request, const Bytes& answer);
-    static std::string meaning(uint16_t reg, const Bytes& answer);
-    static std::string register_name(uint16_t reg);
+    static std::string meaning(const Bytes& request, const Bytes& answer);
     static bool crc_ok(const Bytes& frame);
     static uint16_t word(const Bytes& frame, size_t offset);
 };

@@ -3,13 +3,13 @@
 #include <algorithm>
 
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
+#include "gripper/gripper_common/system_error/system_error.h"
 #include "gripper/gripper_communication_control/gripper_tcp_client_communication_control/gripper_tcp_client_communication_control.h"
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control.h"
 #include "tools/gripper_doctor/diagnosis.h"
-#include "tools/gripper_doctor/log_router.h"
+#include "tools/gripper_doctor/frame_tap.h"
 #include "tools/gripper_doctor/port_checks.h"
 #include "tools/gripper_doctor/tcp_check.h"
-#include "tools/gripper_doctor/traced_link.h"
 
 namespace gripper_doctor {
 namespace {
@@ -23,6 +23,16 @@ std::string manual() {
     return MiscellaneousUtility::connect_operate_to_string(MiscellaneousUtility::CO_MANUAL);
 }
 
+// A failure to open that the checks did not foresee, named by the system's text for its errno:
+// ": Permission denied"; empty when the link kept no such failure.
+std::string error_text(const GripperCommunication& link) {
+    const GripperLinkFailure failure = link.last_failure();
+    if (GripperLinkFailure::LF_OPEN != failure.code || 0 == failure.error_number) {
+        return std::string();
+    }
+    return ": " + system_error_text(failure.error_number);
+}
+
 }  // namespace
 
 Probe::Probe(const Target& target, const ProbeSettings& settings)
@@ -33,14 +43,10 @@ Probe::Probe(const Target& target, const ProbeSettings& settings)
 }
 
 Report Probe::run() {
-    LogRouter::Capture capture;
     if (Target::Kind::tcp == report_.target.kind) {
         probe_tcp();
     } else {
         probe_serial();
-    }
-    if (!report_.ok() && "open_failed" == report_.finding.code && !capture.last_error().empty()) {
-        report_.finding.problem += ": " + capture.last_error();
     }
     return report_;
 }
@@ -51,11 +57,12 @@ void Probe::probe_serial() {
     if (!report_.ok()) {
         return;
     }
-    TracedLink<GripperUSBSerialportCommunicationControl> link(recorder_);
+    GripperUSBSerialportCommunicationControl link;
+    FrameTap tap(link, recorder_);
     if (!link.open({manual(), path})) {
-        report_.finding =
-            make_finding("open_failed", "the plug-in's serial link cannot open " + path,
-                         "check the device with: ls -l " + path);
+        report_.finding = make_finding(
+            "open_failed", "the plug-in's serial link cannot open " + path + error_text(link),
+            "check the device with: ls -l " + path);
         return;
     }
     talk(link);
@@ -72,7 +79,8 @@ void Probe::probe_tcp() {
             "the Setting page");
         return;
     }
-    TracedLink<GripperTCPClientCommunicationControl> link(recorder_);
+    GripperTCPClientCommunicationControl link;
+    FrameTap tap(link, recorder_);
     if (!link.open({manual(), target.host, port})) {
         const int wait = std::max(TcpCheck::PLUGIN_CONNECT_MILLIS,
                                   std::min(remaining_ms(), LONGEST_CONNECT_CHECK_MILLIS));
@@ -88,8 +96,7 @@ void Probe::probe_tcp() {
     }
 }
 
-template <typename Link>
-void Probe::talk(Link& link) {
+void Probe::talk(GripperLogicControl& link) {
     const bool answered = link.handshake() && link.sync();
     recorder_.finish();
     read_out(link, answered ? link.protocol_type() : recorder_.evidence().id_protocol);

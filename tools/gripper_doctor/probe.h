@@ -36,8 +36,7 @@ public:
 private:
     void probe_serial();
     void probe_tcp();
-    template <typename Link>
-    void talk(Link& link);
+    void talk(GripperLogicControl& link);
     void read_out(GripperLogicControl& driver, int protocol_type);
     void read_values(GripperLogicControl& driver);
     int remaining_ms() const;

@@ -2,128 +2,75 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/test_support/fd_stream.h"
 #include "tools/gripper_doctor/custom_frames.h"
 #include "tools/gripper_doctor/modbus_frames.h"
 #include "tools/gripper_doctor/target.h"
 
 namespace {
 
-using gripper_doctor::Bytes;
 using gripper_doctor::CustomFrames;
 using gripper_doctor::ModbusFrames;
 using gripper_doctor::Verdict;
 
-struct AnswerCase {
-    const char* name;
-    Bytes request;
-    Bytes answer;
-    Verdict::Kind kind;
-    std::string text;
-};
+const Bytes MODBUS_ID_REQUEST = hex("FF 03 03 02 00 01 30 50");
+const Bytes MODBUS_POSITION_READ = hex("01 03 02 02 00 01 24 72");
+const Bytes MODBUS_INITIALISE = hex("01 06 01 00 00 A5 48 4D");
+const Bytes FRAME_ID_REQUEST = hex("FF FE FD FC 00 12 01 00 00 00 00 00 00 FB");
+const Bytes FRAME_POSITION_READ = hex("FF FE FD FC 01 06 02 00 00 00 00 00 00 FB");
 
-const Bytes MODBUS_ID_REQUEST = {0xFF, 0x03, 0x03, 0x02, 0x00, 0x01, 0x30, 0x50};
-const Bytes MODBUS_POSITION_READ = {0x01, 0x03, 0x02, 0x02, 0x00, 0x01, 0x24, 0x72};
-const Bytes MODBUS_INITIALISE = {0x01, 0x06, 0x01, 0x00, 0x00, 0xA5, 0x48, 0x4D};
-const Bytes FRAME_ID_REQUEST = {0xFF, 0xFE, 0xFD, 0xFC, 0, 0x12, 0x01, 0, 0, 0, 0, 0, 0, 0xFB};
-const Bytes FRAME_POSITION_READ = {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x06, 0x02, 0, 0, 0, 0, 0, 0, 0xFB};
-
-TEST(DoctorFrames, ModbusAnswersAreJudgedAgainstTheirRequest) {
-    const AnswerCase cases[] = {
-        {"id answer",
-         MODBUS_ID_REQUEST,
-         {0x01, 0x03, 0x02, 0x00, 0x01, 0x79, 0x84},
-         Verdict::Kind::good,
+TEST(DoctorFrames, AnswersAreJudgedAgainstTheirRequest) {
+    const struct {
+        Verdict (*judge)(const Bytes& request, const Bytes& answer);
+        Bytes request;
+        const char* answer;
+        Verdict::Kind kind;
+        std::string text;
+    } rows[] = {
+        {ModbusFrames::answer, MODBUS_ID_REQUEST, "01 03 02 00 01 79 84", Verdict::Kind::good,
          "slave 1: device id 1, CRC ok"},
-        {"id answer with the CRC bytes inverted",
-         MODBUS_ID_REQUEST,
-         {0x01, 0x03, 0x02, 0x00, 0x01, 0x86, 0x7B},
-         Verdict::Kind::checksum,
+        {ModbusFrames::answer, MODBUS_ID_REQUEST, "01 03 02 00 01 86 7B", Verdict::Kind::checksum,
          "CRC 86 7B instead of 79 84"},
-        {"answer from slave 2 with a valid CRC",
-         MODBUS_POSITION_READ,
-         {0x02, 0x03, 0x02, 0x01, 0xF4, 0xFC, 0x53},
-         Verdict::Kind::foreign,
+        {ModbusFrames::answer, MODBUS_POSITION_READ, "02 03 02 01 F4 FC 53", Verdict::Kind::foreign,
          "answer from slave 2, but the read was for slave 1"},
-        {"answer from slave 2 with a bad CRC",
-         MODBUS_POSITION_READ,
-         {0x02, 0x03, 0x02, 0x01, 0xF4, 0x00, 0x00},
-         Verdict::Kind::garbage,
+        {ModbusFrames::answer, MODBUS_POSITION_READ, "02 03 02 01 F4 00 00", Verdict::Kind::garbage,
          "not a Modbus answer to this read (slave, function or length do not fit)"},
-        {"six bytes",
-         MODBUS_ID_REQUEST,
-         {0x01, 0x03, 0x02, 0x00, 0x01, 0x79},
-         Verdict::Kind::garbage,
+        {ModbusFrames::answer, MODBUS_ID_REQUEST, "01 03 02 00 01 79", Verdict::Kind::garbage,
          "6 bytes: not a Modbus answer to a read"},
-        {"exception",
-         MODBUS_POSITION_READ,
-         {0x01, 0x83, 0x02, 0xC0, 0xF1},
-         Verdict::Kind::exception,
+        {ModbusFrames::answer, MODBUS_POSITION_READ, "01 83 02 C0 F1", Verdict::Kind::exception,
          "Modbus exception 2 from slave 1: the register does not exist"},
-        {"echo of a write", MODBUS_INITIALISE, MODBUS_INITIALISE, Verdict::Kind::good,
+        {ModbusFrames::answer, MODBUS_INITIALISE, "01 06 01 00 00 A5 48 4D", Verdict::Kind::good,
          "echo: the write was taken"},
-        {"echo with a changed byte",
-         MODBUS_INITIALISE,
-         {0x01, 0x06, 0x01, 0x00, 0x00, 0xA6, 0x48, 0x4D},
-         Verdict::Kind::garbage,
+        {ModbusFrames::answer, MODBUS_INITIALISE, "01 06 01 00 00 A6 48 4D", Verdict::Kind::garbage,
          "not the echo of the write"},
+        {CustomFrames::answer, FRAME_ID_REQUEST, "FF FE FD FC 01 12 01 00 00 01 00 00 00 FB",
+         Verdict::Kind::good, "gripper 1: device id 1"},
+        {CustomFrames::answer, FRAME_POSITION_READ, "FF FE FD FC 01 06 02 00 00 32 00 00 00 FB",
+         Verdict::Kind::good, "gripper 1: position 50"},
+        {CustomFrames::answer, FRAME_POSITION_READ, "FF FE FD FC 01 06 02 00 00 CD 00 00 00 04",
+         Verdict::Kind::checksum, "damaged frame: trailer 04 instead of FB"},
+        {CustomFrames::answer, FRAME_POSITION_READ, "FF FE FD FC 02 06 02 00 00 32 00 00 00 FB",
+         Verdict::Kind::foreign, "frame from gripper 2, but the request was for gripper 1"},
+        {CustomFrames::answer, FRAME_POSITION_READ, "48 54 54 50 2F 31 2E 31 20 34 30 30 20 42",
+         Verdict::Kind::garbage, "no frame header (FF FE FD FC): not a frame of this protocol"},
     };
-    for (const AnswerCase& row : cases) {
-        const Verdict verdict = ModbusFrames::answer(row.request, row.answer);
-        EXPECT_EQ(row.kind, verdict.kind) << row.name;
-        EXPECT_EQ(row.text, verdict.text) << row.name;
+    for (const auto& row : rows) {
+        const Verdict verdict = row.judge(row.request, hex(row.answer));
+        EXPECT_EQ(row.kind, verdict.kind) << row.answer;
+        EXPECT_EQ(row.text, verdict.text) << row.answer;
     }
 }
 
-TEST(DoctorFrames, FrameAnswersAreJudgedAgainstTheirRequest) {
-    const AnswerCase cases[] = {
-        {"id answer",
-         FRAME_ID_REQUEST,
-         {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x12, 0x01, 0, 0, 1, 0, 0, 0, 0xFB},
-         Verdict::Kind::good,
-         "gripper 1: device id 1"},
-        {"position from gripper 1",
-         FRAME_POSITION_READ,
-         {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x06, 0x02, 0, 0, 0x32, 0, 0, 0, 0xFB},
-         Verdict::Kind::good,
-         "gripper 1: position 50"},
-        {"damaged trailer",
-         FRAME_POSITION_READ,
-         {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x06, 0x02, 0, 0, 0xCD, 0, 0, 0, 0x04},
-         Verdict::Kind::checksum,
-         "damaged frame: trailer 04 instead of FB"},
-        {"from gripper 2",
-         FRAME_POSITION_READ,
-         {0xFF, 0xFE, 0xFD, 0xFC, 2, 0x06, 0x02, 0, 0, 0x32, 0, 0, 0, 0xFB},
-         Verdict::Kind::foreign,
-         "frame from gripper 2, but the request was for gripper 1"},
-        {"no header",
-         FRAME_POSITION_READ,
-         {'H', 'T', 'T', 'P', '/', '1', '.', '1', ' ', '4', '0', '0', ' ', 'B'},
-         Verdict::Kind::garbage,
-         "no frame header (FF FE FD FC): not a frame of this protocol"},
-    };
-    for (const AnswerCase& row : cases) {
-        const Verdict verdict = CustomFrames::answer(row.request, row.answer);
-        EXPECT_EQ(row.kind, verdict.kind) << row.name;
-        EXPECT_EQ(row.text, verdict.text) << row.name;
-    }
-}
-
-TEST(DoctorFrames, UnaskedDroppedFrameIsNoAnswer) {
-    EXPECT_TRUE(CustomFrames::is_dropped_notice(
-        {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x15, 0x01, 0, 0, 1, 0, 0, 0, 0xFB}));
-    EXPECT_FALSE(CustomFrames::is_dropped_notice(
-        {0xFF, 0xFE, 0xFD, 0xFC, 1, 0x15, 0x02, 1, 0, 0, 0, 0, 0, 0xFB}));
-    EXPECT_FALSE(CustomFrames::is_dropped_notice({0x01, 0x03, 0x02, 0x00, 0x03, 0xF8, 0x45}));
-}
-
-TEST(DoctorFrames, RequestsAreToldInWords) {
+TEST(DoctorFrames, RequestsAreToldInWordsAndAnUnaskedDropIsNoAnswer) {
     EXPECT_EQ("Modbus read of register 0x0302 (device id) at slave 255 (any slave answers)",
               ModbusFrames::request(MODBUS_ID_REQUEST));
     EXPECT_EQ("Modbus write of register 0x0100 (initialise) = 165 at slave 1",
               ModbusFrames::request(MODBUS_INITIALISE));
     EXPECT_EQ("frame read of 12/01 (device id) for gripper 0",
               CustomFrames::request(FRAME_ID_REQUEST));
+    EXPECT_TRUE(CustomFrames::is_dropped_notice(hex("FF FE FD FC 01 15 01 00 00 01 00 00 00 FB")));
+    EXPECT_FALSE(CustomFrames::is_dropped_notice(hex("FF FE FD FC 01 15 02 01 00 00 00 00 00 FB")));
+    EXPECT_FALSE(CustomFrames::is_dropped_notice(hex("01 03 02 00 03 F8 45")));
 }
 
 TEST(DoctorFrames, TargetsAreReadAsAddressesOrPaths) {

@@ -41,46 +41,40 @@ class FakeSystem {
 public:
     FakeSystem() : root_(testing::TempDir() + "doctor_sysroot_" + std::to_string(::getpid())) {
         std::system(("rm -rf " + root_).c_str());
-        make("sys/class/tty");
-        make("sys/bus/usb/devices");
-        make("dev");
+        run("mkdir -p sys/class/tty sys/bus/usb/devices dev");
     }
     ~FakeSystem() { std::system(("rm -rf " + root_).c_str()); }
 
     const std::string& root() const { return root_; }
 
-    // A USB device at bus position name ("1-1"), with its ids.
-    void add_usb_device(const std::string& name, const std::string& vendor,
-                        const std::string& product) {
+    // A USB device at bus position name ("1-1") with its ids and, unless tty is empty, a tty whose
+    // /dev node leads to target.
+    void add_usb(const std::string& name, const std::string& ids, const std::string& tty = "",
+                 const std::string& target = "") {
         const std::string device = "sys/devices/usb1/" + name;
-        make(device);
-        std::ofstream(root_ + "/" + device + "/idVendor") << vendor << "\n";
-        std::ofstream(root_ + "/" + device + "/idProduct") << product << "\n";
-        link("../../../devices/usb1/" + name, "sys/bus/usb/devices/" + name);
-    }
-
-    // A tty of the USB device whose /dev node leads to target.
-    void add_usb_tty(const std::string& device, const std::string& tty, const std::string& target) {
-        const std::string interface = "sys/devices/usb1/" + device + "/" + device + ":1.0";
-        const std::string directory = interface + "/" + tty + "/tty/" + tty;
-        make(directory);
-        link("../../../../" + device + ":1.0", directory + "/device");
-        link("../../devices/usb1/" + device + "/" + device + ":1.0/" + tty + "/tty/" + tty,
-             "sys/class/tty/" + tty);
-        link(target, "dev/" + tty);
+        run("mkdir -p " + device + " && echo " + ids.substr(0, 4) + " >" + device +
+            "/idVendor && echo " + ids.substr(5) + " >" + device + "/idProduct && ln -s ../../../" +
+            device.substr(4) + " sys/bus/usb/devices/" + name);
+        const std::string directory = device + "/" + name + ":1.0/" + tty + "/tty/" + tty;
+        if (!tty.empty()) {
+            run("mkdir -p " + directory + " && ln -s ../../../../" + name + ":1.0 " + directory +
+                "/device && ln -s ../../" + directory.substr(4) + " sys/class/tty/" + tty +
+                " && ln -s " + target + " dev/" + tty);
+        }
     }
 
 private:
-    void make(const std::string& path) {
-        ASSERT_EQ(0, std::system(("mkdir -p " + root_ + "/" + path).c_str()));
-    }
-    void link(const std::string& target, const std::string& path) {
-        ASSERT_EQ(0, ::symlink(target.c_str(), (root_ + "/" + path).c_str())) << path;
+    // A shell command run in the root.
+    void run(const std::string& command) {
+        ASSERT_EQ(0,
+                  std::system(("mkdir -p " + root_ + " && cd " + root_ + " && " + command).c_str()))
+            << command;
     }
 
     const std::string root_;
 };
 
+// Text gives one line per port, JSON one object per port with where it was found.
 TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     AnnouncementFile announcement;
     Simulator simulator;
@@ -88,52 +82,42 @@ TEST(DoctorScan, AnnouncedAndUsbPortsAreListedAndEachIsProbed) {
     const int modbus = simulator.add_modbus_pty(quick_gripper());
     announcement.write("PTY is " + simulator.endpoint(frames));
     FakeSystem system;
-    system.add_usb_device("1-1", "0403", "6001");
-    system.add_usb_tty("1-1", "ttyUSB0", simulator.endpoint(modbus));
-    const std::string usb_port = system.root() + "/dev/ttyUSB0";
+    system.add_usb("1-1", "0483:5740", "ttyACM0", simulator.endpoint(modbus));
+    const std::string usb_port = system.root() + "/dev/ttyACM0";
+    const std::string usb = "USB 0483:5740 (a known gripper adapter)\n";
 
     const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
+    announcement.write("PTY is " + simulator.endpoint(frames));
+    const DoctorProcess::Result json = run_doctor({"--json", "--sysroot", system.root()});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
     EXPECT_TRUE(holds(result.out, "Candidate ports, as the plug-in's scan lists them:\n  " +
                                       simulator.endpoint(frames) + "  announced in /tmp/pts\n  " +
-                                      usb_port +
-                                      "  serial port, USB 0403:6001 (a known gripper adapter)\n"));
-    EXPECT_TRUE(holds(result.out, simulator.endpoint(frames)));
+                                      usb_port + "  serial port, " + usb));
     EXPECT_TRUE(holds(result.out,
-                      "  14-byte frame gripper, id 1, model series 1, firmware 1.2.1.3, "
-                      "not initialised\n"));
-    EXPECT_TRUE(holds(result.out, usb_port + "  Modbus RTU gripper, id 1, model series 3, "
-                                             "firmware 1.2, not initialised, USB 0403:6001 (a "
-                                             "known gripper adapter)\n"));
-}
-
-TEST(DoctorScan, JsonGivesOneObjectPerPortWithWhereItWasFound) {
-    AnnouncementFile announcement;
-    Simulator simulator;
-    const int modbus = simulator.add_modbus_pty(quick_gripper());
-    announcement.remove();
-    FakeSystem system;
-    system.add_usb_device("1-1", "0483", "5740");
-    system.add_usb_tty("1-1", "ttyACM0", simulator.endpoint(modbus));
-
-    const DoctorProcess::Result result = run_doctor({"--json", "--sysroot", system.root()});
-
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-    const std::vector<nlohmann::json> objects = result.json_lines();
-    ASSERT_EQ(1u, objects.size()) << result.out;
-    EXPECT_EQ(system.root() + "/dev/ttyACM0", objects[0]["target"]);
-    EXPECT_EQ("serial port", objects[0]["source"]);
-    EXPECT_EQ("0483:5740", objects[0]["usb"]);
-    EXPECT_EQ("modbus_rtu", objects[0]["protocol"]);
+                      "  14-byte frame gripper, id 1, model series 1, firmware "
+                      "1.2.1.3, not initialised\n"));
+    EXPECT_TRUE(holds(result.out, usb_port +
+                                      "  Modbus RTU gripper, id 1, model series 3, "
+                                      "firmware 1.2, not initialised, " +
+                                      usb));
+    EXPECT_EQ(0, json.status);
+    const std::vector<nlohmann::json> objects = json.json_lines();
+    ASSERT_EQ(2u, objects.size()) << json.out;
+    EXPECT_EQ("announced in /tmp/pts", objects[0]["source"]);
+    EXPECT_EQ("custom_frames", objects[0]["protocol"]) << json.out;
+    EXPECT_EQ(usb_port, objects[1]["target"]);
+    EXPECT_EQ("serial port", objects[1]["source"]);
+    EXPECT_EQ("0483:5740", objects[1]["usb"]);
+    EXPECT_EQ("modbus_rtu", objects[1]["protocol"]);
 }
 
 TEST(DoctorScan, ScanProblemsAreReportedAndGiveStatusOne) {
     AnnouncementFile announcement;
     announcement.write("no path here");
     FakeSystem system;
-    system.add_usb_device("1-2", "0403", "6001");
-    system.add_usb_device("1-3", "046d", "c52b");
+    system.add_usb("1-2", "0403:6001");
+    system.add_usb("1-3", "046d:c52b");
 
     const DoctorProcess::Result result = run_doctor({"--sysroot", system.root()});
 

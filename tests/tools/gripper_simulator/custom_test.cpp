@@ -38,6 +38,8 @@ int32_t value_of(const Bytes& frame) {
 
 const Bytes kIdRequest = frame(0, 0x12, 0x01, kRead);
 const Bytes kIdAnswer = frame(kId, 0x12, 0x01, kRead, kId);
+// What a gripper sends unasked when it loses the object it held.
+const Bytes kDropNotice = frame(kId, 0x15, 0x01, kRead, 1);
 
 gripper_sim::GripperOptions quick_options() {
     gripper_sim::GripperOptions options;
@@ -91,8 +93,11 @@ protected:
     FdStream client_;
 };
 
-TEST_F(CustomTcpTest, AnswersItsIdAndMovesOnlyOnceInitialised) {
-    start();
+// An object at 50 stops a move to 100 half way; its drop is announced unasked.
+TEST_F(CustomTcpTest, MovesOnlyOnceInitialisedUntilAnObjectStopsIt) {
+    gripper_sim::GripperOptions options = quick_options();
+    options.object_at = 50;
+    start(options);
     ASSERT_TRUE(client_.write(kIdRequest));
     EXPECT_EQ(kIdAnswer, client_.read(14));
     EXPECT_EQ(0, read_value(0x08, 0x02));
@@ -100,34 +105,43 @@ TEST_F(CustomTcpTest, AnswersItsIdAndMovesOnlyOnceInitialised) {
     EXPECT_EQ(0, simulator_.snapshot(1).target);
 
     initialise();
+    EXPECT_EQ(kArrived, read_value(0x0F, 0x01));
     ask(0x06, 0x02, kWrite, 100);
     int feedback = -1;
     const std::vector<int> positions = follow_move(feedback);
-    EXPECT_EQ(kArrived, feedback);
-    EXPECT_EQ(100, read_value(0x06, 0x02));
-    EXPECT_EQ(1, simulator_.snapshot(1).motion_state);
+    EXPECT_EQ(kDetected, feedback);
+    EXPECT_EQ(50, read_value(0x06, 0x02));
     EXPECT_TRUE(std::any_of(positions.begin(), positions.end(), [](int position) {
-        return position > 0 && position < 100;
+        return position > 0 && position < 50;
     })) << "no position seen on the way";
+
+    simulator_.drop(1);
+    EXPECT_EQ(kDropNotice, client_.read(14));
+    EXPECT_EQ(3, simulator_.snapshot(1).motion_state);
+    ask(0x15, 0x02, kWrite);
 }
 
-TEST_F(CustomTcpTest, ObjectIsDetectedAndItsDropAnnouncedUnasked) {
+// "drop N next" drops the object when the next request comes: its notice comes before the answer.
+TEST_F(CustomTcpTest, DropOnTheNextRequestIsAnnouncedBeforeTheAnswer) {
     gripper_sim::GripperOptions options = quick_options();
     options.object_at = 50;
     start(options);
+    EXPECT_EQ("error: gripper 1 holds no object", simulator_.command("drop 1 next"));
+    EXPECT_EQ("error: usage: drop N [next]", simulator_.command("drop 1 later"));
     initialise();
     ask(0x06, 0x02, kWrite, 100);
-    int feedback = -1;
-    follow_move(feedback);
-    EXPECT_EQ(kDetected, feedback);
-    EXPECT_EQ(50, read_value(0x06, 0x02));
+    ASSERT_TRUE(wait_until([&] { return simulator_.snapshot(1).object_held; }));
 
-    simulator_.drop(1);
-    EXPECT_EQ(
-        Bytes({0xFF, 0xFE, 0xFD, 0xFC, kId, 0x15, 0x01, 0x00, 0x00, 0x01, 0x00, 0x00, 0x00, 0xFB}),
-        client_.read(14));
+    EXPECT_EQ("ok", simulator_.command("drop 1 next"));
+    EXPECT_TRUE(simulator_.snapshot(1).object_held);
+    ASSERT_TRUE(client_.write(frame(kId, 0x06, 0x02, kRead)));
+    EXPECT_EQ(kDropNotice, client_.read(14));
+    EXPECT_EQ(50, value_of(client_.read(14)));
+    EXPECT_FALSE(simulator_.snapshot(1).object_held);
     EXPECT_EQ(3, simulator_.snapshot(1).motion_state);
+    EXPECT_EQ(0, simulator_.snapshot(1).drop_acknowledgements);
     ask(0x15, 0x02, kWrite);
+    EXPECT_EQ(1, simulator_.snapshot(1).drop_acknowledgements);
 }
 
 TEST_F(CustomTcpTest, SettingsReadBackWhatWasWritten) {

@@ -1,12 +1,10 @@
-// The simulator's line pacing (byte times at a baud rate, USB adapter windows) and a drop that
-// comes in the middle of an exchange.
+// The simulator's line pacing: byte times at a baud rate, USB adapter windows.
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 
 #include "tests/test_support/fd_stream.h"
-#include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/line_pacer.h"
 #include "tools/gripper_simulator/simulator.h"
 
@@ -33,51 +31,42 @@ const Bytes kPositionRead = {0x07, 0x03, 0x02, 0x02, 0x00, 0x01, 0x24, 0x14};
 
 }  // namespace
 
-TEST(LinePacer, HandsEachByteOverAfterItsTimeOnTheWire) {
-    LinePacer at_once(0, 0);
+// Without a rate a frame is handed over at once. At 115200 baud each byte is handed over after
+// its time on the wire, and the next frame follows the first; a USB adapter's 1 ms windows hand
+// over what arrived when a window ends (seven bytes take 608 µs: one window, or two).
+TEST(LinePacer, HandsBytesOverAfterTheirTimeOnTheWireAndAtWindowEnds) {
     const Clock::time_point start = Clock::now();
+    LinePacer at_once(0, 0);
     const std::vector<LinePacer::Piece> whole = at_once.schedule(kAnswer, start);
     ASSERT_EQ(1u, whole.size());
     EXPECT_EQ(start, whole[0].due);
     EXPECT_EQ(kAnswer, whole[0].frame);
     EXPECT_EQ(start, at_once.request_end(start, 8));
-
+    for (int window_us : {0, 1000}) {
+        SCOPED_TRACE(window_us);
+        LinePacer pacer(kBaud, window_us);
+        const std::vector<LinePacer::Piece> pieces = pacer.schedule(kAnswer, start);
+        EXPECT_TRUE(0 == window_us ? kAnswer.size() == pieces.size() : pieces.size() <= 2u);
+        EXPECT_EQ(kAnswer, bytes_of(pieces));
+        size_t sent = 0;
+        for (const LinePacer::Piece& piece : pieces) {
+            sent += piece.bytes.size();
+            const auto since_start = (piece.due - start).count();
+            if (0 == window_us) {
+                EXPECT_NEAR(static_cast<double>(sent * kByteTime.count()), since_start, 8.0);
+            } else {
+                EXPECT_LE(static_cast<long>(sent * kByteTime.count()), since_start);
+                EXPECT_EQ(0, piece.due.time_since_epoch().count() % 1000000);
+            }
+            EXPECT_EQ(sent == kAnswer.size(), !piece.frame.empty());
+        }
+    }
     LinePacer wire(kBaud, 0);
     EXPECT_NEAR(8 * kByteTime.count(), (wire.request_end(start, 8) - start).count(), 8);
-    const std::vector<LinePacer::Piece> bytes = wire.schedule(kAnswer, start);
-    ASSERT_EQ(kAnswer.size(), bytes.size());
-    for (size_t i = 0; i < bytes.size(); ++i) {
-        EXPECT_EQ(1u, bytes[i].bytes.size());
-        EXPECT_NEAR(static_cast<double>((i + 1) * kByteTime.count()),
-                    static_cast<double>((bytes[i].due - start).count()), 8.0);
-        EXPECT_EQ(i + 1 == bytes.size(), !bytes[i].frame.empty());
-    }
-    EXPECT_EQ(kAnswer, bytes_of(bytes));
-    // The line is busy until the first frame has left: the next one follows it.
-    const std::vector<LinePacer::Piece> next = wire.schedule(kAnswer, start);
+    wire.schedule(kAnswer, start);
     EXPECT_NEAR(static_cast<double>(8 * kByteTime.count()),
-                static_cast<double>((next.front().due - start).count()), 8.0);
-}
-
-TEST(LinePacer, UsbWindowsHandOverWhatArrivedWhenTheWindowEnds) {
-    LinePacer usb(kBaud, 1000);
-    const Clock::time_point start = Clock::now();
-    const std::vector<LinePacer::Piece> pieces = usb.schedule(kAnswer, start);
-    // Seven bytes take 608 µs: one window, or two when a window ends on the way.
-    ASSERT_GE(2u, pieces.size());
-    EXPECT_EQ(kAnswer, bytes_of(pieces));
-    Clock::time_point previous = start;
-    size_t sent = 0;
-    for (const LinePacer::Piece& piece : pieces) {
-        const auto since_epoch =
-            std::chrono::duration_cast<std::chrono::microseconds>(piece.due.time_since_epoch());
-        EXPECT_EQ(0, since_epoch.count() % 1000);
-        sent += piece.bytes.size();
-        EXPECT_LE(start + sent * kByteTime, piece.due);
-        EXPECT_LT(previous, piece.due);
-        previous = piece.due;
-    }
-    EXPECT_EQ(kAnswer, pieces.back().frame);
+                static_cast<double>((wire.schedule(kAnswer, start).front().due - start).count()),
+                8.0);
 }
 
 // The client end of a paced gripper's line: no byte of the answer comes before the request and
@@ -105,43 +94,4 @@ TEST(PacedGripper, AnswersNoFasterThanTheWireAllows) {
         EXPECT_EQ(0x07, answer[0]);
         EXPECT_EQ(0x03, answer[1]);
     }
-}
-
-TEST(DropDuringExchange, DroppedFrameComesBeforeTheAnswerToTheNextRequest) {
-    gripper_sim::Simulator simulator;
-    gripper_sim::GripperOptions options;
-    options.id = 3;
-    options.position_max = 100;
-    options.init_ms = 0;
-    options.full_stroke_ms = 100;
-    options.object_at = 50;
-    const int n = simulator.add_custom_tcp(options);
-    FdStream client = connect_loopback(simulator.tcp_port(n));
-    ASSERT_TRUE(client.valid());
-    EXPECT_EQ("error: gripper 1 holds no object", simulator.command("drop 1 next"));
-    EXPECT_EQ("error: usage: drop N [next]", simulator.command("drop 1 later"));
-
-    const Bytes initialise = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x08, 0x02, 1, 0, 1, 0, 0, 0, 0xFB};
-    const Bytes target = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x06, 0x02, 1, 0, 100, 0, 0, 0, 0xFB};
-    const Bytes position = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x06, 0x02, 0, 0, 0, 0, 0, 0, 0xFB};
-    const Bytes acknowledge = {0xFF, 0xFE, 0xFD, 0xFC, 3, 0x15, 0x02, 1, 0, 0, 0, 0, 0, 0xFB};
-    ASSERT_TRUE(client.write(initialise) && initialise == client.read(14));
-    ASSERT_TRUE(wait_until([&] { return simulator.snapshot(n).initialised; }));
-    ASSERT_TRUE(client.write(target) && target == client.read(14));
-    ASSERT_TRUE(wait_until([&] { return simulator.snapshot(n).object_held; }));
-
-    EXPECT_EQ("ok", simulator.command("drop 1 next"));
-    EXPECT_TRUE(simulator.snapshot(n).object_held);
-    ASSERT_TRUE(client.write(position));
-    EXPECT_EQ(Bytes({0xFF, 0xFE, 0xFD, 0xFC, 3, 0x15, 0x01, 0, 0, 1, 0, 0, 0, 0xFB}),
-              client.read(14));
-    const Bytes answer = client.read(14);
-    ASSERT_EQ(14u, answer.size());
-    EXPECT_EQ(50, answer[9]);
-    EXPECT_FALSE(simulator.snapshot(n).object_held);
-    EXPECT_EQ(3, simulator.snapshot(n).motion_state);
-
-    EXPECT_EQ(0, simulator.snapshot(n).drop_acknowledgements);
-    ASSERT_TRUE(client.write(acknowledge) && acknowledge == client.read(14));
-    EXPECT_EQ(1, simulator.snapshot(n).drop_acknowledgements);
 }

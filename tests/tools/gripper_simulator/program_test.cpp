@@ -50,41 +50,36 @@ TEST(GripperSimProgram, AnnouncesItsGrippersAndObeysControlCommands) {
     EXPECT_EQ(0, sim.wait_exit());
 }
 
-TEST(GripperSimProgram, KeepsServingAfterStdinEndsAndStopsOnSignals) {
+// The end of stdin does not stop it: its gripper and its control socket still answer. SIGTERM
+// and SIGINT stop it, and the socket goes with it.
+TEST(GripperSimProgram, ServesAfterStdinEndsAndStopsOnSignals) {
     TempDir dir;
+    const std::string socket_path = dir.file("control");
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, socket_path.c_str(), sizeof(address.sun_path) - 1);
     for (int stop_signal : {SIGTERM, SIGINT}) {
-        ChildProcess sim(kProgram, {"--announce", dir.file("pts"), "--modbus"});
+        ChildProcess sim(kProgram, {"--control", socket_path, "--announce", "-", "--object", "40",
+                                    "--custom-pty"});
         const std::string path = path_of(sim.read_line());
         ASSERT_FALSE(path.empty());
         sim.close_stdin();
         FdStream line = open_raw_terminal(path);
-        ASSERT_TRUE(line.write(kIdRequest));
-        EXPECT_EQ(7u, line.read(7).size());
+        ASSERT_TRUE(line.write(hex("FF FE FD FC 00 12 01 00 00 00 00 00 00 FB")));
+        EXPECT_EQ(14u, line.read(14).size());
+        FdStream control(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+        ASSERT_EQ(0,
+                  ::connect(control.fd(), reinterpret_cast<sockaddr*>(&address), sizeof(address)));
+        const std::string command = "object 1 none\nstate 1\n";
+        ASSERT_TRUE(control.write(Bytes(command.begin(), command.end())));
+        const std::string expected = "ok\ninitialised=0 position=0 ";
+        const Bytes reply = control.read(expected.size());
+        EXPECT_EQ(expected, std::string(reply.begin(), reply.end()));
         EXPECT_EQ(-1, sim.wait_exit(std::chrono::milliseconds(0)));
         sim.signal(stop_signal);
         EXPECT_EQ(0, sim.wait_exit());
+        EXPECT_NE(0, ::access(socket_path.c_str(), F_OK));
     }
-}
-
-TEST(GripperSimProgram, ServesTheControlSocketAndRemovesItOnExit) {
-    TempDir dir;
-    const std::string socket_path = dir.file("control");
-    ChildProcess sim(
-        kProgram, {"--control", socket_path, "--announce", "-", "--object", "40", "--custom-pty"});
-    ASSERT_FALSE(path_of(sim.read_line()).empty());
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, socket_path.c_str(), sizeof(address.sun_path) - 1);
-    FdStream control(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
-    ASSERT_EQ(0, ::connect(control.fd(), reinterpret_cast<sockaddr*>(&address), sizeof(address)));
-    const std::string command = "object 1 none\nstate 1\n";
-    ASSERT_TRUE(control.write(Bytes(command.begin(), command.end())));
-    const std::string expected = "ok\ninitialised=0 position=0 ";
-    const Bytes reply = control.read(expected.size());
-    EXPECT_EQ(expected, std::string(reply.begin(), reply.end()));
-    sim.signal(SIGTERM);
-    EXPECT_EQ(0, sim.wait_exit());
-    EXPECT_NE(0, ::access(socket_path.c_str(), F_OK));
 }
 
 TEST(GripperSimProgram, HelpsAndRefusesBadCommandLines) {

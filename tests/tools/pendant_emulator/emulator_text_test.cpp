@@ -9,23 +9,6 @@
 #include "tools/pendant_emulator/script_line.h"
 #include "tools/pendant_emulator/transcript.h"
 
-namespace {
-
-ScriptLine parsed(const QString& text, bool* ok = nullptr, QString* error = nullptr) {
-    ScriptLine line{"unchanged", "unchanged"};
-    QString reason;
-    const bool parsed_ok = ScriptLine::parse(text, line, reason);
-    if (ok != nullptr) {
-        *ok = parsed_ok;
-    }
-    if (error != nullptr) {
-        *error = reason;
-    }
-    return line;
-}
-
-}  // namespace
-
 TEST(ScriptLine, ReadsTheCallsAScriptEngineRuns) {
     const struct {
         const char* text;
@@ -43,12 +26,13 @@ TEST(ScriptLine, ReadsTheCallsAScriptEngineRuns) {
          "gripper_isConnect|\xc3\xa9"},
     };
     for (const auto& row : rows) {
-        bool ok = false;
-        const ScriptLine line = parsed(QString::fromUtf8(row.text), &ok);
-        EXPECT_TRUE(ok) << row.text;
+        ScriptLine line, again;
+        QString error;
+        EXPECT_TRUE(ScriptLine::parse(QString::fromUtf8(row.text), line, error)) << row.text;
         EXPECT_EQ(QString::fromUtf8(row.plugin), line.plugin_name) << row.text;
         EXPECT_EQ(QString::fromUtf8(row.command), line.command) << row.text;
-        EXPECT_EQ(line.command, parsed(line.text()).command) << "round trip of " << row.text;
+        EXPECT_TRUE(ScriptLine::parse(line.text(), again, error) && line.command == again.command)
+            << "round trip of " << row.text;
     }
 }
 
@@ -62,17 +46,16 @@ TEST(ScriptLine, RefusesOtherTextAndLeavesTheLineAlone) {
           QString("other_function(\"Zanther2F\", \"gripper_scan\")"),
           QString("script_common_interface(\"Zanther2F\", \"a\") trailing"), long_line,
           QString()}) {
-        bool ok = true;
+        ScriptLine line{"unchanged", "unchanged"};
         QString error;
-        const ScriptLine line = parsed(text, &ok, &error);
-        EXPECT_FALSE(ok) << text.left(80).toStdString();
+        EXPECT_FALSE(ScriptLine::parse(text, line, error)) << text.left(80).toStdString();
         EXPECT_TRUE(error.startsWith("not a call script_common_interface")) << error.toStdString();
         EXPECT_EQ("unchanged", line.plugin_name);
     }
-    bool ok = true;
+    ScriptLine line;
     QString error;
-    parsed("script_common_interface(\" \", \"gripper_scan\")", &ok, &error);
-    EXPECT_FALSE(ok);
+    EXPECT_FALSE(
+        ScriptLine::parse("script_common_interface(\" \", \"gripper_scan\")", line, error));
     EXPECT_EQ("the plug-in name is empty", error);
 }
 
@@ -85,21 +68,16 @@ TEST(ProgramFile, KeepsTypeAliasAndJsonTextOfEveryStep) {
     };
     QVector<StoredStep> read;
     QString error;
-    ASSERT_TRUE(ProgramFile::from_json(ProgramFile::to_json(steps), read, error))
-        << qPrintable(error);
+    QTemporaryDir folder;
+    const QString path = folder.filePath("program.json");
+    ASSERT_TRUE(ProgramFile::write(path, steps, error)) << qPrintable(error);
+    ASSERT_TRUE(ProgramFile::read(path, read, error)) << qPrintable(error);
     ASSERT_EQ(2, read.size());
     for (int i = 0; i < 2; ++i) {
         EXPECT_EQ(steps[i].type, read[i].type);
         EXPECT_EQ(steps[i].alias, read[i].alias);
         EXPECT_EQ(steps[i].json, read[i].json);
     }
-
-    QTemporaryDir folder;
-    const QString path = folder.filePath("program.json");
-    read.clear();
-    ASSERT_TRUE(ProgramFile::write(path, steps, error)) << qPrintable(error);
-    ASSERT_TRUE(ProgramFile::read(path, read, error)) << qPrintable(error);
-    EXPECT_EQ(2, read.size());
     EXPECT_FALSE(ProgramFile::read(folder.filePath("missing.json"), read, error));
     EXPECT_TRUE(error.startsWith("cannot read")) << qPrintable(error);
     EXPECT_FALSE(ProgramFile::write(folder.filePath("no/such/folder/p.json"), steps, error));
