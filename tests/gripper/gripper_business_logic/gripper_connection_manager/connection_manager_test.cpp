@@ -115,7 +115,9 @@ protected:
 
 }  // namespace
 
-TEST_F(ConnectionManagerTest, LinkTypeWithoutALinkClassCreatesNothingAndTellsNobody) {
+// A link type without a link class creates nothing and tells nobody. Observers are added once;
+// the status changes of a driver without an observer of its own reach nobody.
+TEST_F(ConnectionManagerTest, RefusedCreatesAndDestroysTellOnlyTheManagersObservers) {
     for (GC::CommunicationConnection connection : {GC::CC_FIXED_PORT, GC::CC_UNDEFINE}) {
         log_.clear();
         EXPECT_EQ(nullptr, manager_.create(&recorder_, connection, {"CO_MANUAL", "/dev/ttyUSB0"}));
@@ -126,6 +128,19 @@ TEST_F(ConnectionManagerTest, LinkTypeWithoutALinkClassCreatesNothingAndTellsNob
                   log_.lines());
     }
     EXPECT_EQ(0u, recorder_.size());
+    RecordingObserver other(false);
+    manager_.add_notify_interface(&recorder_);
+    manager_.add_notify_interface(&other);
+    manager_.remove_notify_interface(&other);
+    manager_.remove_notify_interface(&other);
+    EXPECT_EQ(nullptr,
+              manager_.create(nullptr, GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}));
+    EXPECT_EQ((Names{"create", "destroy"}), recorder_.events());
+    EXPECT_EQ(0u, other.size());
+    log_.clear();
+    EXPECT_FALSE(manager_.destroy(nullptr));
+    EXPECT_TRUE(log_.contains("NULL == device"));
+    EXPECT_EQ(2u, recorder_.size());
 }
 
 // The caller gets the link's last failure as a value; everyone hears of the failure in order.
@@ -174,24 +189,6 @@ TEST_F(ConnectionManagerTest, ConnectsAndDisconnectsOverEveryLinkAndReconnects) 
         connect_and_disconnect(link);
         connect_and_disconnect(link);
     }
-}
-
-TEST_F(ConnectionManagerTest, ObserversAreAddedOnceAndDestroyOfNothingIsRefused) {
-    RecordingObserver other(false);
-    manager_.add_notify_interface(&recorder_);
-    manager_.add_notify_interface(&other);
-    manager_.remove_notify_interface(&other);
-    manager_.remove_notify_interface(&other);
-
-    // Without an observer of its own the driver's status changes reach nobody.
-    EXPECT_EQ(nullptr,
-              manager_.create(nullptr, GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}));
-    EXPECT_EQ((Names{"create", "destroy"}), recorder_.events());
-    EXPECT_EQ(0u, other.size());
-
-    EXPECT_FALSE(manager_.destroy(nullptr));
-    EXPECT_TRUE(log_.contains("NULL == device"));
-    EXPECT_EQ(2u, recorder_.size());
 }
 
 TEST_F(ConnectionManagerTest, DriverDestroyedFromItsOwnCycleIsDeletedOnlyOnceTheCycleEnded) {

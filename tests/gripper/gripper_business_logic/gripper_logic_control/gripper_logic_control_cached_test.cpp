@@ -6,39 +6,6 @@
 
 namespace {
 
-// Reads the cached values the way a page redraws, on a thread of its own, and remembers whether
-// it ever saw a zero.
-class PageLikeReader {
-public:
-    explicit PageLikeReader(const GripperLogicControl& driver)
-        : driver_(driver), thread_([this] { run(); }) {}
-    ~PageLikeReader() { stop(); }
-
-    void stop() {
-        running_ = false;
-        if (thread_.joinable()) {
-            thread_.join();
-        }
-    }
-    bool saw_zero() const { return saw_zero_; }
-
-private:
-    void run() {
-        while (running_) {
-            if (0.0f == driver_.cached_position() || 0 == driver_.cached_force() ||
-                0 == driver_.cached_speed()) {
-                saw_zero_ = true;
-            }
-            std::this_thread::yield();
-        }
-    }
-
-    const GripperLogicControl& driver_;
-    std::atomic<bool> running_{true};
-    std::atomic<bool> saw_zero_{false};
-    std::thread thread_;
-};
-
 // Removes another observer from inside a notification.
 class RemovingObserver : public RecordingObserver {
 public:
@@ -106,7 +73,15 @@ TEST_F(DriverTest, CachedValuesNeverShowTheZeroesOfAReadBack) {
     // Late answers hold each cycle's zeroes for a while.
     simulator_.set_fault(gripper, gripper_sim::Fault::late);
     observer.clear();
-    PageLikeReader reader(*driver_);
+    // Reads the cached values the way a page redraws, on a thread of its own.
+    std::atomic<bool> reading{true}, saw_zero{false};
+    std::thread reader([&] {
+        while (reading) {
+            saw_zero = saw_zero || 0.0f == driver_->cached_position() ||
+                       0 == driver_->cached_force() || 0 == driver_->cached_speed();
+            std::this_thread::yield();
+        }
+    });
     ASSERT_TRUE(wait_until([&] {
         return observer.count("position 0.0") >= 3 && observer.count("position 50.0") >= 3;
     }));
@@ -115,8 +90,9 @@ TEST_F(DriverTest, CachedValuesNeverShowTheZeroesOfAReadBack) {
     // reads the driver's own value once the cycle in progress has ended.
     simulator_.set_fault(gripper, gripper_sim::Fault::silent);
     ASSERT_TRUE(wait_until([&] { return 0.0f == driver_->get_position(); }));
-    reader.stop();
-    EXPECT_FALSE(reader.saw_zero());
+    reading = false;
+    reader.join();
+    EXPECT_FALSE(saw_zero);
     EXPECT_EQ(50.0f, driver_->cached_position());
     EXPECT_EQ(0, observer.stale());
     driver_->remove_notify_interface(&observer);

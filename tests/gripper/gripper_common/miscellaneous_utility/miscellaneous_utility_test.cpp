@@ -48,10 +48,6 @@ TEST(MiscellaneousUtilityTest, ChecksPorts) {
                               {"", {kPortScan, "W port = "}}});
 }
 
-TEST(MiscellaneousUtilityTest, WritesBytesAsUpperCaseHex) {
-    EXPECT_EQ("0x00 0x0A 0xAB 0xFF ", MU::convert_hex_binary({0x00, 0x0A, 0xAB, 0xFF}));
-}
-
 // The monotonic clock in milliseconds, wrapped to 32 bits: it lies between two readings of the
 // steady clock taken around it, and it advances.
 TEST(MiscellaneousUtilityTest, CountsMonotonicMilliseconds) {

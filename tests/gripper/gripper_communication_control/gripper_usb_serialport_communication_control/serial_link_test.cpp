@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
-
 #include "gripper/gripper_communication_control/gripper_usb_serialport_communication_control/gripper_usb_serialport_communication_control.h"
 #include "gripper/gripper_protocol/gripper_modbus_protocol/gripper_modbus_protocol.h"
-#include "tests/test_support/child_process.h"
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/pty_device.h"
 #include "tests/test_support/recording_observer.h"
+#include "tests/test_support/wait_until.h"
 
 namespace {
 
@@ -22,11 +20,7 @@ const Bytes kAnswer = {0x01, 0x03, 0x02, 0x01, 0xF4, 0xB8, 0x53};
 // The serial link with a Modbus protocol already chosen, as after a handshake.
 class SerialLink : public GripperUSBSerialportCommunicationControl {
 public:
-    SerialLink() { set_protocol(new GripperModbusProtocol()); }
-    void set_protocol(GripperProtocol* protocol) {
-        delete gripper_protocol_;
-        gripper_protocol_ = protocol;
-    }
+    SerialLink() { gripper_protocol_ = new GripperModbusProtocol(); }
 };
 
 class SerialLinkTest : public ::testing::Test {
@@ -37,15 +31,6 @@ protected:
     }
 
     bool open_link() { return link_.open({"CO_MANUAL", device_.slave_path()}); }
-
-    // Lets the device answer every request with kAnswer, or not at all.
-    void serve(bool answer = true) {
-        device_.serve([this, answer](int) {
-            if (answer) {
-                device_.send(kAnswer);
-            }
-        });
-    }
 
     Bytes exchange() {
         return link_.write_read(false, GripperModbusProtocol::READ_LENGTH, kRequest);
@@ -118,23 +103,6 @@ TEST_F(SerialLinkTest, OpensAPseudoTerminalRawAt115200Baud8N1) {
     EXPECT_EQ(GripperCommunication::CC_USB_SERIALPORT, link_.get_communication_connection());
 }
 
-TEST(SerialLinkSocat, ExchangesOverAPseudoTerminalPairMadeBySocat) {
-    TempDir dir;
-    const std::string first = dir.file("first"), second = dir.file("second");
-    ChildProcess socat("socat", {"pty,raw,echo=0,link=" + first, "pty,raw,echo=0,link=" + second});
-    ASSERT_TRUE(wait_until(
-        [&] { return 0 == access(first.c_str(), F_OK) && 0 == access(second.c_str(), F_OK); }));
-    LogCapture log;
-    SerialLink link;
-    ASSERT_TRUE(link.open({"CO_MANUAL", first}));
-    PtyDevice device(kRequest, open_raw_terminal(second));
-    device.serve([&device](int) { device.send(kAnswer); });
-    EXPECT_EQ(kAnswer, link.write_read(false, GripperModbusProtocol::READ_LENGTH, kRequest));
-    EXPECT_EQ(1, device.requests());
-}
-
-// Stale bytes go before the request is written; a rejected answer is discarded and the next
-// pass accepted. The traffic observer sees every transfer, stale bytes marked, until it refuses.
 // The wait gives up only once its time has passed: with part of an answer, with none, and with
 // the device gone (a hang-up wakes a sleeping wait at once).
 TEST_F(SerialLinkTest, WaitForAnAnswerEndsOnlyWhenItIsWholeOrItsTimeIsUp) {
