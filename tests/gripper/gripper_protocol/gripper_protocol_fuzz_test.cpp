@@ -22,23 +22,17 @@ typedef std::vector<uint8_t> Bytes;
 
 // Values biased towards what the protocols take (their lengths, ids and small values), so that
 // every decode path is reached; seeded with GRIPPER_FUZZ_SEED or a fixed seed, printed.
-class Random {
-public:
+struct Random {
     Random() {
         const char* text = std::getenv("GRIPPER_FUZZ_SEED");
         const uint32_t seed = (text && *text) ? std::strtoul(text, nullptr, 0) : 20240611u;
         std::cout << "GRIPPER_FUZZ_SEED=" << seed << std::endl;
-        engine_.seed(seed);
+        engine.seed(seed);
     }
-    uint32_t below(uint32_t bound) { return engine_() % bound; }
+    uint32_t below(uint32_t bound) { return engine() % bound; }
     bool chance(uint32_t percent) { return below(100) < percent; }
-    uint8_t byte() { return static_cast<uint8_t>(engine_()); }
+    uint8_t byte() { return static_cast<uint8_t>(engine()); }
     uint8_t small_or_any() { return chance(70) ? static_cast<uint8_t>(below(5)) : byte(); }
-    uint8_t id() { return chance(80) ? std::vector<uint8_t>{0, 1, 2, 254, 255}[below(5)] : byte(); }
-    // Mostly a defined type, else any value.
-    GP::PackageType type() {
-        return static_cast<GP::PackageType>(chance(85) ? below(15) : engine_());
-    }
     // 0 to 40 random bytes, most often 7, 8 or 14.
     Bytes bytes() {
         const uint32_t pick = below(100);
@@ -46,9 +40,7 @@ public:
         std::generate(stream.begin(), stream.end(), [this] { return byte(); });
         return stream;
     }
-
-private:
-    std::mt19937 engine_;
+    std::mt19937 engine;
 };
 
 // shape makes a random answer plausible more often than not. A refused decode must give
@@ -61,8 +53,12 @@ void fuzz(GripperProtocol& protocol, size_t length, size_t id_offset,
     Random random;
     std::set<int32_t> decoded;
     for (int i = 0; i < CASES_PER_PROTOCOL && !::testing::Test::HasFatalFailure(); ++i) {
-        const uint8_t id = random.id();
-        const GP::PackageType type = random.type();
+        const uint8_t id = random.chance(80)
+                               ? std::vector<uint8_t>{0, 1, 2, 254, 255}[random.below(5)]
+                               : random.byte();
+        // Mostly a defined type, else any value.
+        const GP::PackageType type =
+            static_cast<GP::PackageType>(random.chance(85) ? random.below(15) : random.engine());
         Bytes answer = random.bytes();
         shape(random, id, answer);
         const Record decode = protocol.parse_get_normal_package(id, type, answer);
