@@ -13,6 +13,8 @@ namespace {
 
 typedef std::lock_guard<GripperDriverMutex> DriverLock;
 
+std::atomic<int> s_live_count(0);
+
 struct Static {
     std::map<GripperLogicControl::GripperStatus, std::string> map_gripper_status_{
         {GripperLogicControl::GS_UNDEFINE, "GS_UNDEFINE"},
@@ -49,9 +51,12 @@ GripperLogicControl::GripperLogicControl()
       retry_cap_(true),
       drop_count_(0),
       first_exhaustion_(true),
-      private_(new GripperLogicControlPrivate(this)) {}
+      private_(new GripperLogicControlPrivate(this)) {
+    ++s_live_count;
+}
 
 GripperLogicControl::~GripperLogicControl() {
+    --s_live_count;
     delete gripper_protocol_;
     gripper_protocol_ = nullptr;
 }
@@ -262,6 +267,16 @@ void GripperLogicControl::remove_notify_interface(NotifyInterface* notify) {
     if (observers.end() != iter) {
         observers.erase(iter);
     }
+}
+
+void GripperLogicControl::detach_notify_interface(NotifyInterface* notify) {
+    std::lock_guard<std::mutex> list_lock(private_->notify_mutex_);
+    auto& observers = private_->notify_interfaces_;
+    observers.erase(std::remove(observers.begin(), observers.end(), notify), observers.end());
+}
+
+int GripperLogicControl::live_count() {
+    return s_live_count.load();
 }
 
 void GripperLogicControl::tear_down() {

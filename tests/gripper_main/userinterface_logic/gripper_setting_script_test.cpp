@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QtTest>
 
+#include <atomic>
 #include <thread>
 
 #include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
@@ -39,6 +40,7 @@ private slots:
     void disconnect_by_index_disconnects_only_the_named_gripper();
     void debug_connect_uses_the_last_serial_port();
     void operations_on_the_interface_thread_run_in_place();
+    void deleting_the_page_ends_a_waiting_connect_or_disconnect();
 
 private:
     bool connect_on_script_thread(GripperCommunication::CommunicationConnection connection,
@@ -172,6 +174,33 @@ void GripperSettingScriptTest::operations_on_the_interface_thread_run_in_place()
     QVERIFY(setting->disconnect_gripper(3));
     QVERIFY(nullptr == driver_of(3));
     QVERIFY(setting->scan_gripper());
+}
+
+// The host deletes the page while script commands wait on its operations: both return false and
+// touch nothing of the freed page (the sanitizer builds watch).
+void GripperSettingScriptTest::deleting_the_page_ends_a_waiting_connect_or_disconnect() {
+    QVERIFY(connect_on_script_thread(GripperCommunication::CC_TCP_CLIENT,
+                                     tcp(0, simulator_.tcp_port(SECOND))));
+    simulator_.set_fault(FIRST, gripper_sim::Fault::silent);
+    GripperSettingWidget* setting = GripperSettingWidget::instance();
+    std::atomic<int> connected(-1);
+    std::atomic<int> disconnected(-1);
+    std::thread connect([&] {
+        connected = setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT,
+                                             tcp(1, simulator_.tcp_port(FIRST)));
+    });
+    const QLabel* label = setting->findChild<QLabel*>("label_status_");
+    QTRY_COMPARE(label->text(), QStringLiteral("Connecting"));
+    // Queued behind the silent connect on the link worker.
+    std::thread disconnect([&] { disconnected = setting->disconnect_gripper(0); });
+    QTRY_COMPARE(label->text(), QStringLiteral("Disconnecting"));
+    delete page_;
+    page_ = nullptr;
+    QTRY_VERIFY(-1 != connected && -1 != disconnected);
+    connect.join();
+    disconnect.join();
+    QCOMPARE(connected.load(), 0);
+    QCOMPARE(disconnected.load(), 0);
 }
 
 QTEST_MAIN(GripperSettingScriptTest)

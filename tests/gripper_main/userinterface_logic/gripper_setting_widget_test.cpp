@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <thread>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
 #include "tests/gripper_main/userinterface_logic/page_test_support.h"
@@ -223,6 +224,8 @@ void GripperSettingWidgetTest::usb_connect_activate_disconnect_by_clicking() {
     QTRY_COMPARE(status(), QStringLiteral("Disconnected"));
     QVERIFY(nullptr == driver_of(0));
     QVERIFY(find<QPushButton>("push_button_connect_")->isEnabled());
+    // The disconnected driver is destroyed, not kept until exit.
+    QTRY_COMPARE(GripperLogicControl::live_count(), 0);
 }
 
 void GripperSettingWidgetTest::tcp_connect_by_clicking() {
@@ -252,6 +255,14 @@ void GripperSettingWidgetTest::bad_address_stops_bad_port_goes_on() {
     QVERIFY(log.contains("ip = 127.0.1"));
     QVERIFY(log.contains("!valid"));
     QCOMPARE(status(), QStringLiteral("Disconnected"));
+    // Gripper 1 was last connected over USB: a rejected port asks for TCP with the USB list it
+    // holds, which fails, and the USB link is not opened.
+    type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
+    find<QLineEdit>("line_edit_port_")->setText(QStringLiteral("80"));
+    click("push_button_connect_");
+    QTRY_VERIFY(log.contains("NULL == device->gripper_abstract_control_"));
+    QVERIFY(log.contains("3 != list_parameters.size()"));
+    QVERIFY(nullptr == driver_of(0));
 
     type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
     type_into("line_edit_port_", QString::number(simulator_.tcp_port(TCP)));
@@ -265,6 +276,7 @@ void GripperSettingWidgetTest::bad_address_stops_bad_port_goes_on() {
     find<QLineEdit>("line_edit_port_")->setText(QStringLiteral("80"));
     click("push_button_connect_");
     QTRY_VERIFY(nullptr != driver_of(0));
+    QCOMPARE(driver_of(0)->get_communication_connection(), GripperCommunication::CC_TCP_CLIENT);
     QVERIFY(log.contains("!MiscellaneousUtility::is_valid_port(port)"));
     QVERIFY(log.contains("port = 80"));
 }
@@ -279,6 +291,8 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     click("push_button_connect_");
     QTRY_VERIFY(nullptr != driver_of(2));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 3));
+    // Held by this reader, the removed records stay allocated until the test ends.
+    const ObjectKeeper::Section section;
     RegistryHistory history;
     QVERIFY(pick(find<QComboBox>("combo_box_index_"), 1));
     QCOMPARE(history.lists.size(), 2u);
