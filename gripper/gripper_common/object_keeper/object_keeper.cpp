@@ -8,6 +8,10 @@ ObjectKeeper::Section::Section() : Section(ObjectKeeper::instance()) {}
 ObjectKeeper::Section::Section(ObjectKeeper& keeper)
     : keeper_(&keeper), generation_(keeper.enter()) {}
 
+ObjectKeeper::Section::Section(const Section& held)
+    : keeper_(held.keeper_),
+      generation_(nullptr == keeper_ ? 0 : keeper_->join(held.generation_)) {}
+
 ObjectKeeper::Section::Section(Section&& other) noexcept
     : keeper_(other.keeper_), generation_(other.generation_) {
     other.keeper_ = nullptr;
@@ -59,6 +63,13 @@ uint64_t ObjectKeeper::enter() {
     std::lock_guard<std::mutex> lock(mutex_);
     ++open_[generation_];
     return generation_;
+}
+
+// The generation is still open (held by the section copied), so nothing of it has been freed.
+uint64_t ObjectKeeper::join(uint64_t generation) {
+    std::lock_guard<std::mutex> lock(mutex_);
+    ++open_[generation];
+    return generation;
 }
 
 void ObjectKeeper::leave(uint64_t generation) {

@@ -17,8 +17,9 @@
 // frees it once every section that began before the retirement has ended. A section that begins
 // later cannot find the object any more.
 //
-// Sections count generations: each retirement closes one. Sections may nest and may move to
-// another thread. Only the keeper's thread frees, so no reader ever runs a destructor: a driver's
+// Sections count generations: each retirement closes one. Sections may nest, may move to
+// another thread, and may be copied to hand a pointer over (the copy counts as begun with the
+// original). Only the keeper's thread frees, so no reader ever runs a destructor: a driver's
 // update thread never ends up destroying its own driver (whose destructor waits for that thread).
 class ObjectKeeper {
 public:
@@ -27,9 +28,11 @@ public:
         // A section in instance().
         Section();
         explicit Section(ObjectKeeper& keeper);
+        // A section that counts as begun with held: it keeps what held keeps, so another thread
+        // may go on using a pointer read inside held after held has ended.
+        Section(const Section& held);
         Section(Section&& other) noexcept;
         ~Section();
-        Section(const Section&) = delete;
         Section& operator=(const Section&) = delete;
         Section& operator=(Section&&) = delete;
 
@@ -63,6 +66,7 @@ private:
     };
 
     uint64_t enter();
+    uint64_t join(uint64_t generation);
     void leave(uint64_t generation);
     bool front_free() const;
     void run();

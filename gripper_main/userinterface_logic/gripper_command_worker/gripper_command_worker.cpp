@@ -34,7 +34,8 @@ GripperCommandWorker::~GripperCommandWorker() {
     thread_.join();
 }
 
-void GripperCommandWorker::post(const void* owner, Work work, Key key) {
+void GripperCommandWorker::post(const void* owner, Work work, Key key,
+                                const ObjectKeeper::Section* held) {
     {
         std::lock_guard<std::mutex> lock(mutex_);
         const auto same =
@@ -45,8 +46,9 @@ void GripperCommandWorker::post(const void* owner, Work work, Key key) {
         if (queue_.end() != same) {
             same->work = std::move(work);
         } else {
-            queue_.push_back(
-                Task{owner, std::move(work), key, std::make_shared<ObjectKeeper::Section>()});
+            queue_.push_back(Task{owner, std::move(work), key,
+                                  nullptr != held ? std::make_shared<ObjectKeeper::Section>(*held)
+                                                  : std::make_shared<ObjectKeeper::Section>()});
         }
     }
     wake_.notify_one();

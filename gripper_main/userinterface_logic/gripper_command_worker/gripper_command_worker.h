@@ -27,7 +27,9 @@
 // runs any more.
 //
 // A task holds an ObjectKeeper section from its post to the end of its completion: a driver or
-// device record it was given when posted stays allocated until it has run.
+// device record it was given when posted stays allocated until it has run. A caller that read
+// such a pointer on a thread where it may be retired meanwhile (any but the interface thread,
+// which retires them itself) passes the section it read it in: the task's counts from there.
 class GripperCommandWorker {
 public:
     typedef std::function<void()> Completion;
@@ -50,7 +52,8 @@ public:
     GripperCommandWorker(const GripperCommandWorker&) = delete;
     GripperCommandWorker& operator=(const GripperCommandWorker&) = delete;
 
-    void post(const void* owner, Work work, Key key = Key{nullptr, 0});
+    void post(const void* owner, Work work, Key key = Key{nullptr, 0},
+              const ObjectKeeper::Section* held = nullptr);
     // Drops the owner's queued tasks and waits for its running one to end.
     void release(const void* owner);
     // The number of tasks waiting to start.

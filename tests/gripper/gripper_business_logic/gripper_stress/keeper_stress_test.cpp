@@ -116,7 +116,7 @@ TEST(KeeperStressTest, ReadersRunWhileTheSameGripperReconnects200Times) {
                             ++tasks;
                             return GripperCommandWorker::Completion();
                         },
-                        GripperCommandWorker::Key{driver, 0});
+                        GripperCommandWorker::Key{driver, 0}, &section);
                 }
                 std::this_thread::yield();
             }
