@@ -101,6 +101,9 @@ public:
     void add_notify_interface(NotifyInterface* notify);
     // Waits for a notification in progress; once it returns, the observer is not called again.
     void remove_notify_interface(NotifyInterface* notify);
+    // Does not wait for an exchange or a notification in progress: a call that began before may
+    // still reach the observer, so the caller retires it to the ObjectKeeper instead of freeing.
+    void detach_notify_interface(NotifyInterface* notify);
     void set_gripper_communication(GripperCommunication* communication);
 
     void start_loop_update();
@@ -115,6 +118,8 @@ public:
     bool buffer_drop();
     bool wait_for_length_available(int length, int millis);
 
+    // Drivers made and not yet destroyed in this process.
+    static int live_count();
     static std::string gripper_status_to_string(GripperStatus status);
     static GripperStatus string_to_gripper_status(const std::string& text);
 

@@ -12,6 +12,7 @@
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
 #include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
 // with mutex_ held, except the pacing of the update thread.
@@ -129,10 +130,12 @@ private:
 };
 
 // Calls every observer with the driver lock held. It iterates a copy, so that an observer may
-// add or remove observers, and skips one removed meanwhile.
+// add or remove observers, and skips one removed meanwhile. The keeper's section keeps an
+// observer detached meanwhile alive until the call has ended.
 template <typename Call>
 void GripperLogicControlPrivate::notify(Call call) {
     std::lock_guard<GripperDriverMutex> lock(mutex_);
+    const ObjectKeeper::Section section;
     std::vector<GripperLogicControl::NotifyInterface*> observers;
     {
         std::lock_guard<std::mutex> list_lock(notify_mutex_);

@@ -194,6 +194,8 @@ void* GripperLogicControlPrivate::thread_entry(void* private_part) {
     sem_post(&self->semaphore_);
     while (self->thread_loop_) {
         if (self->check_update()) {
+            // What a cycle reads stays allocated until the cycle ends.
+            const ObjectKeeper::Section section;
             self->update();
             sched_yield();
         }

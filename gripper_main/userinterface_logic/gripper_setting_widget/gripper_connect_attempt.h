@@ -9,8 +9,7 @@
 
 // One connection attempt through the connection manager, made on the thread that calls run().
 // The manager destroys a driver that fails to connect but does not free it: the attempt notes
-// the driver the manager made on this thread and hands a failed one to the command worker,
-// which frees it at exit.
+// the driver the manager made on this thread and retires a failed one to the ObjectKeeper.
 class GripperConnectAttempt : private GripperObserverAdapter {
 public:
     GripperConnectAttempt();

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
 #include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
@@ -58,8 +59,7 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
       fields_changed_(true),
       run_jobs_in_place_(false),
       update_queued_(false),
-      pending_jobs_(0),
-      closing_(false) {
+      jobs_(std::make_shared<Jobs>()) {
     Q_INIT_RESOURCE(gripper_images);
     setup_form();
     const auto run = [](const std::function<void()>& call) { call(); };
@@ -85,6 +85,7 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
 }
 
 GripperSettingWidget::~GripperSettingWidget() {
+    const ObjectKeeper::Section section;
     GripperCommandWorker::instance().release(this);
     GripperConnectionManager::instance().remove_notify_interface(this);
     GripperGlobal::instance().remove_notify_interface(this);
@@ -92,9 +93,12 @@ GripperSettingWidget::~GripperSettingWidget() {
     {
         std::lock_guard<std::mutex> lock(jobs_mutex_);
         drivers.swap(drivers_);
-        closing_ = true;
     }
-    jobs_done_.notify_all();
+    {
+        std::lock_guard<std::mutex> lock(jobs_->mutex);
+        jobs_->closing = true;
+    }
+    jobs_->done.notify_all();
     for (GripperLogicControl* driver : drivers) {
         driver->remove_notify_interface(this);
     }
@@ -125,6 +129,7 @@ void GripperSettingWidget::changeEvent(QEvent* event) {
 }
 
 void GripperSettingWidget::update_ui() {
+    const ObjectKeeper::Section section;
     update_queued_ = false;
     apply_fonts();
     apply_fields();
@@ -259,9 +264,7 @@ void GripperSettingWidget::on_combo_box_index__activated(const QString&) {
 void GripperSettingWidget::add_deviceIndex() {
     on_combo_box_node__activated(QStringLiteral("ADD"));
     for (int added = 0; added < device_count_index_ - previous_count_index_; ++added) {
-        GripperDevice* device = GripperGlobal::insert_device();
-        GripperCommandWorker::instance().keep(device);
-        GripperGlobal::instance().add_device(device);
+        GripperGlobal::instance().add_device(GripperGlobal::insert_device());
     }
 }
 
@@ -277,6 +280,7 @@ void GripperSettingWidget::del_deviceIndex() {
         }
         registry.remove_device(device);
         disconnect_removed(device);
+        retire_if_removed(device);
     }
 }
 
@@ -290,6 +294,15 @@ void GripperSettingWidget::queue_update_ui() {
     if (!update_queued_.exchange(true)) {
         emit call_queued([this] { update_ui(); });
     }
+}
+
+// Before the driver is retired: the page no longer leaves it when it closes.
+void GripperSettingWidget::on_gripper_abstract_control_destroy(GripperLogicControl* control) {
+    {
+        std::lock_guard<std::mutex> lock(jobs_mutex_);
+        drivers_.erase(control);
+    }
+    queue_update_ui();
 }
 
 void GripperSettingWidget::on_any_change() {

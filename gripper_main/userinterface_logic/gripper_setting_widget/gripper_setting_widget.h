@@ -10,6 +10,7 @@
 #include <condition_variable>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -77,9 +78,19 @@ protected:
 private:
     enum ScriptPreparation { SP_FAILED, SP_CONNECTED, SP_PROCEED };
 
+    // The operations under way, shared with the script commands waiting for them, so that a
+    // waiting command outlives the page: the page's destructor closes it and wakes them.
+    struct Jobs {
+        std::mutex mutex;
+        std::condition_variable done;
+        int pending = 0;
+        bool closing = false;
+    };
+
     explicit GripperSettingWidget(QWidget* parent = nullptr);
 
     void on_any_change() override;
+    void on_gripper_abstract_control_destroy(GripperLogicControl* control) override;
 
     void setup_form();
     void queue_update_ui();
@@ -99,12 +110,14 @@ private:
     void list_system_ports();
     void walk_usb_devices();
 
-    void start_connect(GripperDevice* device);
+    void start_connect(GripperDevice* device,
+                       GripperCommunication::CommunicationConnection connection);
     void start_disconnect(GripperDevice* device);
     void disconnect_removed(GripperDevice* device);
     void run_job(const std::function<std::function<void()>()>& work);
     void job_started(GripperDevice* device);
     void job_finished(GripperDevice* device);
+    void retire_if_removed(GripperDevice* device);
     void note_driver(GripperLogicControl* driver);
     void connect_finished(GripperDevice* device, GripperLogicControl* driver,
                           const QString& failure);
@@ -118,7 +131,7 @@ private:
     void run_on_interface_thread(const std::function<void()>& call, bool wait);
     bool connect_through_slots();
     bool disconnect_through_slots();
-    void wait_for_jobs();
+    static bool wait_for_jobs(Jobs& jobs);
 
     Ui::GripperSettingWidget* ui;
     QString connection_type_;
@@ -140,11 +153,9 @@ private:
     bool run_jobs_in_place_;
     std::atomic<bool> update_queued_;
 
+    const std::shared_ptr<Jobs> jobs_;
     std::mutex jobs_mutex_;
-    std::condition_variable jobs_done_;
-    int pending_jobs_;
-    bool closing_;
-    // Every driver made for this page, whose observer it is (guarded by jobs_mutex_).
+    // Every live driver connected for this page, whose observer it is (guarded by jobs_mutex_).
     std::set<GripperLogicControl*> drivers_;
 };
 

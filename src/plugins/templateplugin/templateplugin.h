@@ -36,6 +36,9 @@ public:
     TemplatePlugin();
     ~TemplatePlugin() override;
 
+    // The name the plug-in's steps carry, whatever object name the host gives it.
+    static QString own_name();
+
     Q_INVOKABLE QWidget* createCondUI(QWidget* parent);
     Q_INVOKABLE void updateCondForm(AbsCondInfo* absCond);
     Q_INVOKABLE AbsCondInfo* copyAbsCond(AbsCondInfo* srcAbsCond);

@@ -192,7 +192,7 @@ bool TemplatePlugin::set_position(int index, int position, bool block) {
 // its state (false) or a stop of the robot program (false). A pause holds the wait; a link fault
 // alone does not end it. There is no time-out.
 bool TemplatePlugin::wait_for_move(GripperLogicControl* driver) {
-    const ScriptWakeObserver observer(driver, &move_wakeup_);
+    const ScriptWakeObserver::Watch observer = ScriptWakeObserver::watch(driver, &move_wakeup_);
     MoveWait state = MW_WAITING;
     move_wakeup_.wait([&] {
         state = move_wait_state(driver);
