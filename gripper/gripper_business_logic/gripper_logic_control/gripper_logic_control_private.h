@@ -11,6 +11,7 @@
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_byte_arrival.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_link_recovery.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
@@ -58,6 +59,10 @@ public:
     // Makes the loop look at its stop flag and its pacing now instead of at the end of a pause.
     void wake_loop();
     bool check_update();
+    // The period between cycles: the chosen one while a move is pending, else the idle one.
+    int32_t pending_interval() const;
+    // Link recovery on the update thread; true when it took the loop's turn.
+    bool heal_link();
     void update();
     bool sync_move_feedback();
     void unactivate_feedback();
@@ -93,6 +98,9 @@ public:
     GripperCommunication* communication_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
+    // Update period while a move is pending, in milliseconds.
+    std::atomic<int32_t> move_period_;
+    GripperLinkRecovery recovery_;
     int32_t initialize_;
     std::atomic<GripperCommunication::CommunicationStatus> communication_status_;
     std::atomic<GripperLogicControl::GripperStatus> gripper_status_;
@@ -120,6 +128,11 @@ private:
     bool sync_position_in_cycle();
     bool lock_for_cycle();
     void pause_loop(int32_t millis);
+    bool notice_failure();
+    bool link_failed();
+    void begin_recovery();
+    void try_reconnect();
+    bool reopen();
 
     friend class GripperLogicControl;
 };
