@@ -113,6 +113,10 @@ void GripperLogicControlPrivate::try_reconnect() {
     }
     DriverLock lock(mutex_, std::adopt_lock);
     recovery_.try_started(now_millis());
+    // The status stays CS_DISCONNECTED; told again, the pages show the new count of tries.
+    notify([this](GripperLogicControl::NotifyInterface* observer) {
+        observer->on_communication_status_changed(parent_, GripperCommunication::CS_DISCONNECTED);
+    });
     if (!reopen()) {
         if (recovery_.try_failed()) {
             GRIPPER_LOG("W", "reconnect tries %d to %d failed", recovery_.report_from(),

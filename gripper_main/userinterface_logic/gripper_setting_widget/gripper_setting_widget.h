@@ -17,6 +17,8 @@
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
 
+class GripperLinkOptions;
+
 namespace Ui {
 class GripperSettingWidget;
 }
@@ -76,6 +78,7 @@ private slots:
     int prepare_debug_connect();
     bool select_device(int index);
     bool current_device_connected();
+    void link_options_changed(int index);
 
 private:
     enum ScriptPreparation { SP_FAILED, SP_CONNECTED, SP_PROCEED };
@@ -131,6 +134,7 @@ private:
     void wait_for_jobs();
 
     Ui::GripperSettingWidget* ui;
+    GripperLinkOptions* link_options_;
     QString connection_type_;
     QString ip_;
     QString port_;

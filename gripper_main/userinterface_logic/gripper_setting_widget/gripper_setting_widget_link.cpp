@@ -10,6 +10,7 @@
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_connect_attempt.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
 #include "ui_gripper_setting_widget.h"
@@ -35,9 +36,14 @@ QByteArray first_bytes(const QString& path) {
     return file.read(4);
 }
 
-bool in_registry(GripperDevice* device) {
+int registry_index(GripperDevice* device) {
     const std::vector<GripperDevice*> devices = GripperGlobal::instance().vector_device();
-    return devices.end() != std::find(devices.begin(), devices.end(), device);
+    const auto found = std::find(devices.begin(), devices.end(), device);
+    return devices.end() == found ? -1 : static_cast<int>(found - devices.begin());
+}
+
+bool in_registry(GripperDevice* device) {
+    return registry_index(device) >= 0;
 }
 
 }  // namespace
@@ -209,10 +215,12 @@ void GripperSettingWidget::start_connect(GripperDevice* device) {
     const std::vector<std::string> parameters = parameters_of(device, connection);
     GripperLogicControl::NotifyInterface* notify = this;
     GripperSettingWidget* page = this;
+    const int index = registry_index(device);
     job_started(device);
-    run_job([page, notify, device, connection, parameters] {
+    run_job([page, notify, device, connection, parameters, index] {
         GripperConnectAttempt attempt;
         GripperLogicControl* driver = attempt.run(notify, connection, parameters);
+        GripperLinkOptions::apply(index, driver);
         page->note_driver(attempt.made());
         return Completion([page, device, driver] {
             QMetaObject::invokeMethod(page, "connect_finished", Qt::AutoConnection,

@@ -6,9 +6,10 @@
 class GripperLogicControl;
 class QLabel;
 
-// The state texts of the pages: for a driver with a link fault the text of its communication
-// status, otherwise the text of its gripper status; "Disconnected" without a driver. Reads only
-// the driver's lock-free statuses.
+// The state texts of the pages: "Reconnecting" with the count of tries while a driver reconnects
+// by itself, for a driver with a link fault the text of its communication status, otherwise the
+// text of its gripper status; "Disconnected" without a driver. Reads only the driver's lock-free
+// statuses.
 class GripperStatusText {
 public:
     static QString of(GripperLogicControl* driver);
@@ -16,6 +17,7 @@ public:
     static QString tone(GripperLogicControl* driver);
     // Shows text in label, coloured by tone through the label's "tone" property.
     static void show(QLabel* label, const QString& text, const QString& tone);
+    static QString reconnecting(int tries);
     static QString communication(int status);
     static QString gripper(int status);
 };
