@@ -13,6 +13,7 @@
 #include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_connect_attempt.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "gripper_main/userinterface_logic/gripper_stable_port_name/gripper_stable_port_name.h"
 #include "ui_gripper_setting_widget.h"
 
 namespace {
@@ -77,9 +78,11 @@ bool GripperSettingWidget::read_pts_file() {
     return true;
 }
 
+// Each port under its stable by-id name where it has one.
 void GripperSettingWidget::list_system_ports() {
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-        ui->combo_box_usb_->addItem(QStringLiteral("/dev/") + port.portName());
+        ui->combo_box_usb_->addItem(
+            GripperStablePortName::of(QStringLiteral("/dev/") + port.portName()));
     }
 }
 
