@@ -18,6 +18,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <cstdlib>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -79,6 +80,23 @@ Clock::time_point blocking_move(PluginSession& session, int position) {
     return returned;
 }
 
+// Targets of moves of different lengths (20 to 160 ms), the same sequence for every case, so
+// that arrivals fall at every point of an update period.
+std::vector<int> move_targets() {
+    std::vector<int> targets;
+    unsigned state = 12345;
+    int last = 30;
+    while (static_cast<int>(targets.size()) < kMoves) {
+        state = state * 1103515245u + 12345u;
+        const int target = 10 + static_cast<int>((state >> 16) % 81);
+        if (std::abs(target - last) >= 10) {
+            targets.push_back(target);
+            last = target;
+        }
+    }
+    return targets;
+}
+
 struct MoveCase {
     const char* name;
     int period_ms;
@@ -110,8 +128,8 @@ bool measure_moves(PluginSession& session, gripper_sim::Simulator& simulator, in
     }
     const gripper_sim::GripperSnapshot before = simulator.snapshot(gripper);
     const Clock::time_point start = Clock::now();
-    for (int move = 0; move < kMoves; ++move) {
-        const Clock::time_point returned = blocking_move(session, move % 2 == 0 ? 70 : 30);
+    for (int target : move_targets()) {
+        const Clock::time_point returned = blocking_move(session, target);
         const Clock::time_point arrival{Clock::duration(simulator.snapshot(gripper).stroke_end_ns)};
         figures.latency_ms.push_back(ms_between(arrival, returned));
     }
@@ -138,9 +156,9 @@ int run_moves(PluginSession& session) {
                               {"20 ms, cold", 20, false},
                               {"20 ms, warm", 20, true}};
     std::printf(
-        "| Update period while moving, %d moves of %d ms, Modbus at %d 8N1 | arrival -> return, "
-        "median ms | p99 ms | line idle while moving |\n|---|---:|---:|---:|\n",
-        kMoves, kStrokeMs * 2 / 5, kBaud);
+        "| Update period while moving, %d moves of 20-160 ms, Modbus at %d 8N1 | arrival -> "
+        "return, median ms | p99 ms | line idle while moving |\n|---|---:|---:|---:|\n",
+        kMoves, kBaud);
     for (const MoveCase& move_case : cases) {
         MoveFigures figures;
         if (!measure_moves(session, simulator, gripper, move_case, figures)) {
