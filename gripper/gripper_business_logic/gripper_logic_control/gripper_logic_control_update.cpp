@@ -206,14 +206,16 @@ bool GripperLogicControlPrivate::check_update() {
 }
 
 // As specified, a pending move is followed at the fast period only once the gripper has rested
-// arrived through a cycle; a faster choice follows every pending move from its command on.
+// arrived through a cycle; a faster choice follows every pending move from its command on. A
+// cycle is due once more than the interval has passed, so a faster choice is given as one
+// millisecond less: its cycles start the chosen period apart.
 int32_t GripperLogicControlPrivate::pending_interval() const {
     if (!move_pending_) {
         return SLOW_PERIOD;
     }
     const int32_t chosen = move_period_;
     if (FAST_PERIOD != chosen) {
-        return chosen;
+        return chosen - 1;
     }
     return arrived_seen_ ? FAST_PERIOD : SLOW_PERIOD;
 }
