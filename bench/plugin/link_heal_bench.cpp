@@ -231,7 +231,7 @@ int run_reconnects(PluginSession& session) {
             QStringLiteral("gripper_connect_usb|1,%1").arg(QString::fromStdString(link))));
     const double share = waiting_cpu_share(session, simulator, usb);
     print_returns(
-        "TCP (server reset, listening again on its port)",
+        "TCP (server gone, listening again on its port)",
         measure_returns(
             session, simulator, tcp,
             QStringLiteral("gripper_connect_tcp|1,127.0.0.1:%1").arg(simulator.tcp_port(tcp))));
