@@ -125,7 +125,6 @@ void GripperLogicControlPrivate::try_reconnect() {
         return;
     }
     GRIPPER_LOG("W", "reconnected after %d tries", recovery_.tries());
-    parent_->first_exhaustion_ = true;
     last_update_time_ = now_millis();
     recovery_.end();
     parent_->set_communication_status(GripperCommunication::CS_CONNECTED);

@@ -2,6 +2,7 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QSettings>
@@ -58,27 +59,42 @@ int stored_period_row(QSettings& settings, int index) {
 GripperLinkOptions::GripperLinkOptions(QWidget* parent)
     : QWidget(parent),
       check_box_reconnect_(new QCheckBox(this)),
+      label_move_period_(new QLabel(this)),
       combo_box_move_period_(new ComboBox(this)),
       index_(-1) {
     check_box_reconnect_->setObjectName(QStringLiteral("check_box_reconnect_"));
-    check_box_reconnect_->setText(
-        page_text(QT_TRANSLATE_NOOP("GripperSettingWidget", "Reconnect automatically")));
+    label_move_period_->setObjectName(QStringLiteral("label_move_period_"));
     combo_box_move_period_->setObjectName(QStringLiteral("combo_box_move_period_"));
     for (int row = 0; row < PERIOD_COUNT; ++row) {
-        combo_box_move_period_->addItem(period_text(row));
+        combo_box_move_period_->addItem(QString());
     }
-    QLabel* label = new QLabel(
-        page_text(QT_TRANSLATE_NOOP("GripperSettingWidget", "Update period while moving")), this);
-    label->setObjectName(QStringLiteral("label_move_period_"));
+    retranslate();
     QHBoxLayout* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(check_box_reconnect_);
     layout->addStretch(1);
-    layout->addWidget(label);
+    layout->addWidget(label_move_period_);
     layout->addWidget(combo_box_move_period_);
     connect(check_box_reconnect_, SIGNAL(toggled(bool)), this, SLOT(on_reconnect_toggled(bool)));
     connect(combo_box_move_period_, SIGNAL(activated(int)), this, SLOT(on_period_activated(int)));
     show_device(0);
+}
+
+void GripperLinkOptions::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (QEvent::LanguageChange == event->type()) {
+        retranslate();
+    }
+}
+
+void GripperLinkOptions::retranslate() {
+    check_box_reconnect_->setText(
+        page_text(QT_TRANSLATE_NOOP("GripperSettingWidget", "Reconnect automatically")));
+    label_move_period_->setText(
+        page_text(QT_TRANSLATE_NOOP("GripperSettingWidget", "Update period while moving")));
+    for (int row = 0; row < PERIOD_COUNT; ++row) {
+        combo_box_move_period_->setItemText(row, period_text(row));
+    }
 }
 
 void GripperLinkOptions::show_device(int index) {

@@ -6,6 +6,8 @@
 class GripperLogicControl;
 class QCheckBox;
 class QComboBox;
+class QEvent;
+class QLabel;
 
 // The per-gripper link options of the Setting page: "Reconnect automatically" and the update
 // period while a move is pending (100 ms as specified, 50 or 20 ms). Both are off / 100 ms by
@@ -28,12 +30,19 @@ signals:
     // The operator changed the options of the device at index; they are stored already.
     void changed(int index);
 
+protected:
+    // Shows the texts again in a new language.
+    void changeEvent(QEvent* event) override;
+
 private slots:
     void on_reconnect_toggled(bool checked);
     void on_period_activated(int row);
 
 private:
+    void retranslate();
+
     QCheckBox* check_box_reconnect_;
+    QLabel* label_move_period_;
     QComboBox* combo_box_move_period_;
     int index_;
 };
