@@ -300,6 +300,7 @@ int GripperLogicControl::live_count() {
 void GripperLogicControl::tear_down() {
     GripperOperationLock lock(*private_);
     stop_loop_update();
+    private_->recovery_.end();
     set_gripper_status(GS_UNDEFINE);
     set_communication_status(CS_DISCONNECTED);
     close();

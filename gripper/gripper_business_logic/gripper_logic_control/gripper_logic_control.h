@@ -29,6 +29,8 @@ public:
     };
 
     static const uint8_t INVALID_ID = 255;
+    // Update period while a move is pending, as specified; faster choices are 50 and 20 ms.
+    static const int32_t DEFAULT_MOVE_PERIOD = 100;
 
     // Observers are called on the thread that made the change, with the driver's lock held.
     class NotifyInterface {
@@ -105,6 +107,22 @@ public:
     // still reach the observer, so the caller retires it to the ObjectKeeper instead of freeing.
     void detach_notify_interface(NotifyInterface* notify);
     void set_gripper_communication(GripperCommunication* communication);
+
+    // Automatic reconnect, off by default: when the link fails, the update thread closes it and
+    // opens it again with the parameters of the last connect, running the handshake, check and
+    // sync of a connect, until the gripper answers or the driver is torn down. While it does,
+    // the communication status is CS_DISCONNECTED and the gripper status GS_UNDEFINE.
+    void set_reconnect(bool enabled);
+    bool reconnect() const;
+    bool reconnecting() const;
+    // Reopening tries since the link was lost.
+    int reconnect_tries() const;
+    // The parameters of a successful connect: the connection manager stores them.
+    void set_link_parameters(const std::vector<std::string>& parameters);
+    // The update period while a move is pending: DEFAULT_MOVE_PERIOD, 50 or 20 ms; other values
+    // are refused with a log line.
+    bool set_move_period(int32_t millis);
+    int32_t move_period() const;
 
     void start_loop_update();
     void stop_loop_update();

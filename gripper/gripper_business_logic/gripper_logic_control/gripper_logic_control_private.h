@@ -10,9 +10,10 @@
 #include <vector>
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_link_recovery.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
-#include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
 #include "gripper/gripper_common/object_keeper/object_keeper.h"
+#include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
 // with mutex_ held, except the pacing of the update thread.
@@ -59,6 +60,10 @@ public:
     // Makes the loop look at its stop flag and its pacing now instead of at the end of a pause.
     void wake_loop();
     bool check_update();
+    // The period between cycles: the chosen one while a move is pending, else the idle one.
+    int32_t pending_interval() const;
+    // Link recovery on the update thread; true when it took the loop's turn.
+    bool heal_link();
     void update();
     bool sync_move_feedback();
     void unactivate_feedback();
@@ -98,6 +103,9 @@ public:
     std::atomic<bool> first_exhaustion_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
+    // Update period while a move is pending, in milliseconds.
+    std::atomic<int32_t> move_period_;
+    GripperLinkRecovery recovery_;
     int32_t initialize_;
     std::atomic<GripperCommunication::CommunicationStatus> communication_status_;
     std::atomic<GripperLogicControl::GripperStatus> gripper_status_;
@@ -125,6 +133,11 @@ private:
     bool sync_position_in_cycle();
     bool lock_for_cycle();
     void pause_loop(int32_t millis);
+    bool notice_failure();
+    bool link_failed();
+    void begin_recovery();
+    void try_reconnect();
+    bool reopen();
 
     friend class GripperLogicControl;
 };

@@ -18,8 +18,6 @@ public:
     GripperLogicControl* run(GripperLogicControl::NotifyInterface* notify,
                              GripperCommunication::CommunicationConnection connection,
                              const std::vector<std::string>& parameters);
-    // The driver the manager made during run(), connected or not; null if it made none.
-    GripperLogicControl* made() const { return made_; }
     // What made run() fail, when it did.
     const GripperLinkFailure& failure() const { return failure_; }
 

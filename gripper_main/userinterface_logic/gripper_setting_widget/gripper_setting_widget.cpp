@@ -13,6 +13,7 @@
 #include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
 #include "src/plugins/templateplugin/common/common.h"
 #include "ui_gripper_setting_widget.h"
@@ -53,6 +54,7 @@ GripperSettingWidget* GripperSettingWidget::instance() {
 GripperSettingWidget::GripperSettingWidget(QWidget* parent)
     : QWidget(parent),
       ui(new Ui::GripperSettingWidget),
+      link_options_(nullptr),
       device_index_(0),
       device_count_index_(0),
       previous_count_index_(0),
@@ -114,6 +116,10 @@ void GripperSettingWidget::setup_form() {
     ui->line_edit_ip_->setValidator(new QRegularExpressionValidator(
         QRegularExpression(QString::fromLatin1(IP_PATTERN)), ui->line_edit_ip_));
     ui->line_edit_port_->setValidator(new QIntValidator(1024, 65535, ui->line_edit_port_));
+    link_options_ = new GripperLinkOptions(ui->group_box_link_);
+    ui->grid_layout_link_->addWidget(link_options_, 2, 0, 1, 3);
+    connect(link_options_, &GripperLinkOptions::changed, this,
+            &GripperSettingWidget::link_options_changed);
     const Common* common = Common::getCommonHandle();
     ui->label_logo_->setPixmap(
         QPixmap(QStringLiteral(":/Image/Image/logo_EN.png"))
@@ -135,8 +141,17 @@ void GripperSettingWidget::update_ui() {
     apply_fields();
     setEnabled(GripperGlobal::PS_RUNNING != GripperGlobal::instance().get_program_state());
     GripperDevice* device = current_device();
+    link_options_->show_device(device_index_);
     apply_enabled(device);
     apply_status(device);
+}
+
+// A connected gripper takes the operator's new options at once.
+void GripperSettingWidget::link_options_changed(int index) {
+    GripperDevice* device = GripperGlobal::instance().get_device(static_cast<uint32_t>(index));
+    if (nullptr != device) {
+        GripperLinkOptions::apply(index, device->gripper_abstract_control_);
+    }
 }
 
 void GripperSettingWidget::apply_fonts() {

@@ -18,6 +18,8 @@
 
 #include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
 
+class GripperLinkOptions;
+
 namespace Ui {
 class GripperSettingWidget;
 }
@@ -119,6 +121,7 @@ private:
     void job_finished(GripperDevice* device);
     void retire_if_removed(GripperDevice* device);
     void note_driver(GripperLogicControl* driver);
+    void link_options_changed(int index);
     void connect_finished(GripperDevice* device, GripperLogicControl* driver,
                           const QString& failure);
     void disconnect_finished(GripperDevice* device, GripperLogicControl* driver, bool destroyed);
@@ -134,6 +137,7 @@ private:
     static bool wait_for_jobs(Jobs& jobs);
 
     Ui::GripperSettingWidget* ui;
+    GripperLinkOptions* link_options_;
     QString connection_type_;
     QString ip_;
     QString port_;

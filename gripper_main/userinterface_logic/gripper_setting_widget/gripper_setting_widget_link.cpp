@@ -11,8 +11,10 @@
 #include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_connect_attempt.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "gripper_main/userinterface_logic/gripper_stable_port_name/gripper_stable_port_name.h"
 #include "ui_gripper_setting_widget.h"
 
 namespace {
@@ -36,9 +38,14 @@ QByteArray first_bytes(const QString& path) {
     return file.read(4);
 }
 
-bool in_registry(GripperDevice* device) {
+int registry_index(GripperDevice* device) {
     const std::vector<GripperDevice*> devices = GripperGlobal::instance().vector_device();
-    return devices.end() != std::find(devices.begin(), devices.end(), device);
+    const auto found = std::find(devices.begin(), devices.end(), device);
+    return devices.end() == found ? -1 : static_cast<int>(found - devices.begin());
+}
+
+bool in_registry(GripperDevice* device) {
+    return registry_index(device) >= 0;
 }
 
 }  // namespace
@@ -72,9 +79,11 @@ bool GripperSettingWidget::read_pts_file() {
     return true;
 }
 
+// Each port under its stable by-id name where it has one.
 void GripperSettingWidget::list_system_ports() {
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-        ui->combo_box_usb_->addItem(QStringLiteral("/dev/") + port.portName());
+        ui->combo_box_usb_->addItem(
+            GripperStablePortName::of(QStringLiteral("/dev/") + port.portName()));
     }
 }
 
@@ -214,10 +223,12 @@ void GripperSettingWidget::start_connect(GripperDevice* device,
         static_cast<GripperCommunication::CommunicationConnection>(device->connection_type_));
     GripperLogicControl::NotifyInterface* notify = this;
     GripperSettingWidget* page = this;
+    const int index = registry_index(device);
     job_started(device);
-    run_job([page, notify, device, connection, parameters] {
+    run_job([page, notify, device, connection, parameters, index] {
         GripperConnectAttempt attempt;
         GripperLogicControl* driver = attempt.run(notify, connection, parameters);
+        GripperLinkOptions::apply(index, driver);
         page->note_driver(driver);
         const QString failure = QString::fromStdString(attempt.failure().sentence);
         return Completion([page, device, driver, failure] {

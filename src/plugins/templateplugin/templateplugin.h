@@ -93,6 +93,7 @@ private:
     void finish_command();
 
     GripperLogicControl* driver_at(int index);
+    GripperLogicControl* slot_driver_at(int index);
     GripperSettingWidget* setting_page();
     MoveWait move_wait_state(GripperLogicControl* driver);
     bool wait_for_move(GripperLogicControl* driver);

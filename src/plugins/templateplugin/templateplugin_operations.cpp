@@ -25,8 +25,19 @@ std::string utf8_of(const QString& text) {
 
 }  // namespace
 
-// The driver of the entry at index; null, with the reason logged, when there is none.
+// The driver of the entry at index for a command; null, with the reason logged, when there is
+// none or while it reconnects by itself (commands then fail at once).
 GripperLogicControl* TemplatePlugin::driver_at(int index) {
+    GripperLogicControl* driver = slot_driver_at(index);
+    if (nullptr != driver && driver->reconnecting()) {
+        GRIPPER_LOG("W", "device->gripper_abstract_control_->reconnecting()");
+        return nullptr;
+    }
+    return driver;
+}
+
+// The driver the entry at index holds, reconnecting or not.
+GripperLogicControl* TemplatePlugin::slot_driver_at(int index) {
     GripperDevice* device = device_at(index);
     if (nullptr == device) {
         GRIPPER_LOG("W", "NULL == device");
@@ -85,7 +96,7 @@ bool TemplatePlugin::device_scan() {
 // Disconnects the gripper at index, whichever gripper the page shows.
 bool TemplatePlugin::mode_disconnect(int index) {
     GripperSettingWidget* page = setting_page();
-    if (nullptr == page || nullptr == driver_at(index)) {
+    if (nullptr == page || nullptr == slot_driver_at(index)) {
         return false;
     }
     page->disconnect_gripper(index);
