@@ -50,21 +50,14 @@ QStringList log_lines() {
     return lines;
 }
 
-// Splits a log line into its time, tag and message; fails when the line has another form.
-struct LogLine {
-    QDateTime time;
-    QString tag;
-    QString message;
-};
-
-LogLine parse(const QString& line) {
+// Splits a log line into its time (1), tag (2) and message (3); fails when it has another form.
+QRegularExpressionMatch parse(const QString& line) {
     static const QRegularExpression form(QStringLiteral(
         "^(\\d{4}/\\d{2}/\\d{2} \\d{2}:\\d{2}:\\d{2}) (\\[DEBUG\\]|\\[WARN\\]|\\[ERROR\\]|"
         "Fatal:|\\[INFO\\]|) - (.*)$"));
     const QRegularExpressionMatch match = form.match(line);
     EXPECT_TRUE(match.hasMatch()) << line.toStdString();
-    return {QDateTime::fromString(match.captured(1), QStringLiteral("yyyy/MM/dd hh:mm:ss")),
-            match.captured(2), match.captured(3)};
+    return match;
 }
 
 void write_message(QtMsgType type, const QString& message) {
@@ -131,12 +124,14 @@ TEST_F(QtLoggingTest, WritesEachMessageAsOneLineAndHandsItOnToThePreviousHandler
               received());
     const QStringList lines = log_lines();
     ASSERT_EQ(7, lines.size());
-    EXPECT_LE(before, parse(lines[0]).time);
-    EXPECT_GE(after, parse(lines[0]).time);
+    const QDateTime time =
+        QDateTime::fromString(parse(lines[0]).captured(1), "yyyy/MM/dd hh:mm:ss");
+    EXPECT_LE(before, time);
+    EXPECT_GE(after, time);
     const QStringList tags{"[DEBUG]", "[DEBUG]", "[WARN]", "Fatal:", "[ERROR]", "[INFO]", ""};
     for (int i = 0; i < lines.size(); ++i) {
-        EXPECT_EQ(tags[i], parse(lines[i]).tag) << lines[i].toStdString();
-        EXPECT_EQ(received()[i].substr(2), parse(lines[i]).message.toStdString());
+        EXPECT_EQ(tags[i], parse(lines[i]).captured(2)) << lines[i].toStdString();
+        EXPECT_EQ(received()[i].substr(2), parse(lines[i]).captured(3).toStdString());
     }
 }
 
@@ -168,9 +163,8 @@ TEST_F(QtLoggingTest, LinesFromSeveralThreadsStayWholeAndTheFileGoesOncePastTenM
     static const QRegularExpression form(QStringLiteral("^thread ([0-7]) line (\\d{3}) p+$"));
     std::vector<int> last(threads, -1);
     for (const QString& line : lines) {
-        const LogLine log_line = parse(line);
-        EXPECT_EQ(QStringLiteral("[DEBUG]"), log_line.tag);
-        const QRegularExpressionMatch match = form.match(log_line.message);
+        EXPECT_EQ(QStringLiteral("[DEBUG]"), parse(line).captured(2));
+        const QRegularExpressionMatch match = form.match(parse(line).captured(3));
         ASSERT_TRUE(match.hasMatch()) << line.toStdString();
         int& previous = last[match.captured(1).toInt()];
         EXPECT_TRUE(previous < 0 || previous + 1 == match.captured(2).toInt())
