@@ -22,10 +22,6 @@ int register_of(double position) {
     return static_cast<int>(std::lround(position * 10.0));
 }
 
-QImage image_of(const QIcon& icon) {
-    return icon.pixmap(QSize(87, 63)).toImage();
-}
-
 }  // namespace
 
 class GripperControlWidgetTest : public page_test::PageTest {
@@ -41,7 +37,6 @@ private slots:
     void whole_page_disabled_while_a_program_runs();
 
 private:
-    bool activate_and_wait(int index);
     bool move_to(double position);
     // Every control enabled or disabled, with the clamp and loosen images of that state.
     bool controls_shown(bool enabled);
@@ -82,14 +77,6 @@ void GripperControlWidgetTest::cleanup() {
     page_test::pick(find<QComboBox>("combo_box_node_2"), 0);
 }
 
-bool GripperControlWidgetTest::activate_and_wait(int index) {
-    GripperLogicControl* driver = driver_of(index);
-    return nullptr != driver && driver->set_activate() && QTest::qWaitFor([&] {
-               return GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
-                      GripperLogicControl::GS_ARRIVED == driver->get_gripper_status();
-           });
-}
-
 bool GripperControlWidgetTest::move_to(double position) {
     return driver_of(0)->set_position(static_cast<float>(position)) && QTest::qWaitFor([&] {
                const gripper_sim::GripperSnapshot state = simulator_.snapshot(QUICK);
@@ -111,8 +98,9 @@ bool GripperControlWidgetTest::controls_shown(bool enabled) {
     }
     const char* state = enabled ? "OFF" : "ON";
     const auto shows = [this](const char* button, const QString& image) {
-        return image_of(find<QPushButton>(button)->icon()) ==
-               image_of(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)));
+        const QSize size(87, 63);
+        return find<QPushButton>(button)->icon().pixmap(size).toImage() ==
+               QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)).pixmap(size).toImage();
     };
     return find<QWidget>("radio_button_object_detected_")->isEnabled() == enabled &&
            shows("push_button_position_min_", QStringLiteral("B_Clamp_%1.png").arg(state)) &&
@@ -189,7 +177,10 @@ void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
 // A short click steps the gripper once; a hold steps the field every 25 ms after the hold
 // delay, never past a limit, and sends the value on release.
 void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
-    QVERIFY(activate_and_wait(0));
+    GripperLogicControl* driver = driver_of(0);
+    QVERIFY(driver->set_activate());
+    QTRY_VERIFY(GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
+                GripperLogicControl::GS_ARRIVED == driver->get_gripper_status());
     QVERIFY(move_to(50.0));
     click("push_button_position_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(49.9));

@@ -49,8 +49,7 @@ private slots:
     void initTestCase();
     void takesItsRangesFromTheConfigurationAnswer();
     void pressAndHoldStepsWithinTheRange();
-    void showsAndChecksARecord();
-    void savesOnlyWhenTheStepIsOfThisPluginAndRemovesIt();
+    void showsChecksSavesAndRemovesARecord();
     void triesTheValuesOnAGripperWithoutBlocking();
     void warnsWhenThePluginIsMissingOrRefuses();
     void cleanupTestCase();
@@ -141,8 +140,10 @@ void PluginConditionEditorTest::pressAndHoldStepsWithinTheRange() {
 }
 
 // A record shows in the fields; the check takes the editor's ranges for this plug-in's records
-// and refuses another plug-in's.
-void PluginConditionEditorTest::showsAndChecksARecord() {
+// and refuses another plug-in's. While the pendant edits another plug-in's step nothing is
+// saved; with its own, the record (device id written as text) goes to the pendant and the
+// operator is told. Remove asks the pendant to remove the step.
+void PluginConditionEditorTest::showsChecksSavesAndRemovesARecord() {
     const QString json = QStringLiteral(
         "{\"DeviceID\":\"3\",\"PluginName\":\"%1\",\"Position\":%2,\"Force\":50,\"Speed\":60,"
         "\"IsBlock\":false}");
@@ -161,12 +162,6 @@ void PluginConditionEditorTest::showsAndChecksARecord() {
     QCOMPARE(error, QStringLiteral("position does not match the configuration information"));
     std::unique_ptr<AbsCondInfo> foreign(host_.xmlInfoToCondInfo("9", json.arg("Other").arg(1)));
     QVERIFY(!host_.checkCondInfo(foreign.get(), error));
-}
-
-// While the pendant edits another plug-in's step nothing is saved; with its own, the record
-// (device id written as text) goes to the pendant and the operator is told. Remove asks the
-// pendant to remove the step.
-void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPluginAndRemovesIt() {
     using ExtensionSystem::PluginManager;
     QSignalSpy saved(PluginManager::instance(), &PluginManager::condInfoSaved);
     const char* const rows[][2] = {{"Other", "Warning: Condition type is not match"},
@@ -178,7 +173,7 @@ void PluginConditionEditorTest::savesOnlyWhenTheStepIsOfThisPluginAndRemovesIt()
         QCOMPARE(answerer.boxes(), QStringList{row[1]});
         QCOMPARE(saved.size(), static_cast<int>(&row - rows));
     }
-    std::unique_ptr<AbsCondInfo> record(saved.first().first().value<AbsCondInfo*>());
+    record.reset(saved.first().first().value<AbsCondInfo*>());
     QCOMPARE(record->getAlias(), QStringLiteral("step 7"));
     QCOMPARE(QJsonDocument::fromJson(record->getXmlInfo().toUtf8()).object(),
              QJsonDocument::fromJson("{\"DeviceID\":\"3\",\"Force\":50,\"IsBlock\":false,"

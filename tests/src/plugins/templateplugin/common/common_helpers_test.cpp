@@ -49,10 +49,7 @@ private:
 
 void CommonHelpersTest::initTestCase() {
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings_folder_.path());
-    Settings settings;
-    QCOMPARE(settings.organizationName(), QStringLiteral("orlape"));
-    QCOMPARE(settings.applicationName(), QStringLiteral("orlape_system"));
-    settings.setValue(QStringLiteral("Displays/Resolution"), QStringLiteral("800*600"));
+    Settings().setValue(QStringLiteral("Displays/Resolution"), QStringLiteral("800*600"));
 }
 
 // The area from the pendant's resolution setting; at the design resolution nothing is scaled
