@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 CMAKE_FLAGS ?= -DCMAKE_BUILD_TYPE=RelWithDebInfo
 
 .PHONY: all deps configure build test demo bench install package plugin-only asan tsan format \
-	format-check qt55-check clean
+	format-check qt55-check translations-check clean
 
 all: build
 
@@ -79,6 +79,10 @@ format-check:
 # What the pendant loads keeps to the Qt 5.5 API (the check reads the build's ui_*.h files).
 qt55-check: build
 	@../shared/qt55/check.sh -p $(BUILD_DIR) platform gripper_main/userinterface_logic src
+
+# Every operator text of the sources has a finished translation in the three catalogues.
+translations-check: deps
+	@./scripts/check-translations.sh
 
 clean:
 	@rm -rf $(BUILD_DIR) build-asan build-tsan $(PLUGIN_BUILD_DIR)

@@ -1,8 +1,10 @@
 // Screenshots of both tabs of the gripper page, connected to two simulated grippers, at the
 // pendant resolution given:
-//   pages_screenshots FOLDER RESOLUTION NAME   (e.g. docs/images "1280*800" 1280x800)
+//   pages_screenshots FOLDER RESOLUTION NAME [CATALOGUE]   (e.g. docs/images "1280*800" 1280x800)
 // writes FOLDER/pages-NAME-control.png and FOLDER/pages-NAME-setting.png. Run it on a screen at
-// least as large as the resolution (e.g. under xvfb-run), so that the resolution is taken.
+// least as large as the resolution (e.g. under xvfb-run), so that the resolution is taken. A
+// catalogue (.qm file) is installed once the grippers have reached their states, while the page
+// is shown.
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -11,6 +13,7 @@
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
+#include <QTranslator>
 
 #include <atomic>
 #include <cstdio>
@@ -29,6 +32,9 @@ using page_session::child;
 using page_session::wait_for;
 
 namespace {
+
+// Time for the page's layouts to settle after a change of language.
+const int SETTLE_MS = 300;
 
 // Connects registry entry index from a second thread, as a script command does.
 bool connect_like_a_script(GripperCommunication::CommunicationConnection connection,
@@ -84,11 +90,22 @@ bool set_the_scene(QWidget* page, gripper_sim::Simulator& simulator, const QStri
     return reach(page, "push_button_activate_", setting_status, "Activated");
 }
 
+// Installs the catalogue and lets the page follow it.
+bool translate(const QString& catalogue, QTranslator& translator) {
+    if (!translator.load(catalogue)) {
+        std::fprintf(stderr, "cannot load %s\n", catalogue.toLocal8Bit().constData());
+        return false;
+    }
+    QCoreApplication::installTranslator(&translator);
+    wait_for([] { return false; }, SETTLE_MS);
+    return true;
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    if (argc != 4) {
-        std::fprintf(stderr, "usage: %s FOLDER RESOLUTION NAME\n", argv[0]);
+    if (argc != 4 && argc != 5) {
+        std::fprintf(stderr, "usage: %s FOLDER RESOLUTION NAME [CATALOGUE]\n", argv[0]);
         return 2;
     }
     QTemporaryDir settings_folder;
@@ -112,6 +129,10 @@ int main(int argc, char* argv[]) {
     page.show();
     if (!set_the_scene(&page, simulator, link)) {
         std::fprintf(stderr, "the simulated grippers did not reach their states\n");
+        return 1;
+    }
+    QTranslator translator;
+    if (5 == argc && !translate(QString::fromLocal8Bit(argv[4]), translator)) {
         return 1;
     }
     const QDir folder(QString::fromLocal8Bit(argv[1]));

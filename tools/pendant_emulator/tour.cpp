@@ -69,6 +69,7 @@ void Tour::run() {
     passed_ = run_stage("load the plug-in", &Tour::stage_load) &&
               run_stage("connect both grippers by script", &Tour::stage_connect) &&
               run_stage("activate", &Tour::stage_activate) &&
+              run_stage("the page in Simplified Chinese", &Tour::stage_language) &&
               run_stage("insert, check and save a two-step program", &Tour::stage_program) &&
               run_stage("run it: close on the object, open; pause and resume", &Tour::stage_run) &&
               run_stage("stop a run during a move", &Tour::stage_stop) &&

@@ -17,6 +17,7 @@ class EmulatorWindow;
 // program again, disconnect. Each stage checks what it should have done and leaves a picture;
 // the transcript keeps every command with its answer. The tour ends the application with 0
 // only when every stage passed (or leaves the window open with keep_open).
+// After activating, one stage shows the page in Simplified Chinese.
 class Tour : public QObject {
     Q_OBJECT
 
@@ -30,6 +31,8 @@ private:
     bool stage_load();
     bool stage_connect();
     bool stage_activate();
+    // The page in Simplified Chinese while shown, then in English again.
+    bool stage_language();
     bool stage_program();
     bool stage_run();
     bool stage_stop();

@@ -85,6 +85,14 @@ void GripperControlWidget::setup_form() {
     ui->radio_button_object_detected_->setChecked(false);
 }
 
+void GripperControlWidget::changeEvent(QEvent* event) {
+    if (QEvent::LanguageChange == event->type()) {
+        ui->retranslateUi(this);
+        update_ui();
+    }
+    QWidget::changeEvent(event);
+}
+
 void GripperControlWidget::update_ui() {
     update_queued_ = false;
     QFont font = ui->label_status_->font();

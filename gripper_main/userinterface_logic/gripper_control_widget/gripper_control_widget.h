@@ -74,6 +74,10 @@ signals:
     void update_requested();
     void program_state_requested(int state);
 
+protected:
+    // A new language: the form's texts and the status again.
+    void changeEvent(QEvent* event) override;
+
 private slots:
     void apply_program_state(int state);
 

@@ -1,6 +1,7 @@
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QIntValidator>
 #include <QPixmap>
 #include <QRegularExpression>
@@ -66,8 +67,9 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
     connect(this, &GripperSettingWidget::call_blocking, this, run, Qt::BlockingQueuedConnection);
     GripperGlobal::instance().add_notify_interface(this);
     GripperConnectionManager::instance().add_notify_interface(this);
-    ui->combo_box_type_->addItem(QStringLiteral("TCP Client"));
-    ui->combo_box_type_->addItem(QStringLiteral("USB"));
+    ui->combo_box_type_->setTranslatable(true);
+    ui->combo_box_type_->addItem(QString::fromLatin1(QT_TRANSLATE_NOOP("ComboBox", "TCP Client")));
+    ui->combo_box_type_->addItem(QString::fromLatin1(QT_TRANSLATE_NOOP("ComboBox", "USB")));
     for (int count = 1; count <= DEVICE_COUNT_MAX; ++count) {
         ui->combo_box_index_->addItem(QString::number(count));
     }
@@ -112,6 +114,14 @@ void GripperSettingWidget::setup_form() {
     ui->label_logo_->setPixmap(
         QPixmap(QStringLiteral(":/Image/Image/logo_EN.png"))
             .scaled(common->getRatioSize(220, 56), Qt::KeepAspectRatio, Qt::SmoothTransformation));
+}
+
+void GripperSettingWidget::changeEvent(QEvent* event) {
+    if (QEvent::LanguageChange == event->type()) {
+        ui->retranslateUi(this);
+        update_ui();
+    }
+    QWidget::changeEvent(event);
 }
 
 void GripperSettingWidget::update_ui() {
@@ -200,7 +210,7 @@ QString GripperSettingWidget::failure_sentence(GripperDevice* device) const {
 }
 
 bool GripperSettingWidget::usb_selected() const {
-    return QStringLiteral("USB") == ui->combo_box_type_->currentText();
+    return QStringLiteral("USB") == ui->combo_box_type_->currentSourceText();
 }
 
 GripperDevice* GripperSettingWidget::current_device() {
@@ -208,7 +218,7 @@ GripperDevice* GripperSettingWidget::current_device() {
 }
 
 void GripperSettingWidget::on_combo_box_type__activated(const QString&) {
-    const QString type = ui->combo_box_type_->currentText();
+    const QString type = ui->combo_box_type_->currentSourceText();
     if (QStringLiteral("TCP Client") == type) {
         ui->stacked_widget_->setCurrentWidget(ui->widget_tcp_client_);
     } else if (QStringLiteral("USB") == type) {

@@ -70,6 +70,10 @@ public slots:
     void on_combo_box_node__activated(const QString& text);
     void on_combo_box_index__activated(const QString& text);
 
+protected:
+    // A new language: the form's texts and the status again.
+    void changeEvent(QEvent* event) override;
+
 private:
     enum ScriptPreparation { SP_FAILED, SP_CONNECTED, SP_PROCEED };
 

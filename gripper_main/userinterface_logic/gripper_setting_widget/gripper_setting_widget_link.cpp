@@ -119,7 +119,7 @@ void GripperSettingWidget::on_push_button_connect__clicked() {
         GRIPPER_LOG("W", "busy_devices_.count(device) > 0");
         return;
     }
-    const QString type = ui->combo_box_type_->currentText();
+    const QString type = ui->combo_box_type_->currentSourceText();
     if (QStringLiteral("TCP Client") == type) {
         if (!take_tcp_parameters(device)) {
             return;

@@ -1,5 +1,6 @@
 #include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
 
+#include <QCoreApplication>
 #include <QLabel>
 #include <QStyle>
 #include <QVariant>
@@ -8,31 +9,47 @@
 
 namespace {
 
-const char* const UNDEFINE = "Undefine";
+const char* const UNDEFINE = QT_TRANSLATE_NOOP("GripperStatusText", "Undefine");
+const char* const DISCONNECTED = QT_TRANSLATE_NOOP("GripperStatusText", "Disconnected");
 
 const char* const COMMUNICATION_TEXTS[] = {
-    UNDEFINE,     "Unconnected", "Failure",    "Connected",    "Disconnected",
-    "Write EXCP", "Read EXCP",   "Alive EXCP", "Version EXCP", "Device EXCP",
+    UNDEFINE,
+    QT_TRANSLATE_NOOP("GripperStatusText", "Unconnected"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Failure"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Connected"),
+    DISCONNECTED,
+    QT_TRANSLATE_NOOP("GripperStatusText", "Write EXCP"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Read EXCP"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Alive EXCP"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Version EXCP"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Device EXCP"),
 };
 
 const char* const GRIPPER_TEXTS[] = {
-    UNDEFINE,  "Inactivate", "Activating", "Activated", "Moving",
-    "Turning", "Arrived",    "Detected",   "Dropped",
+    UNDEFINE,
+    QT_TRANSLATE_NOOP("GripperStatusText", "Inactivate"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Activating"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Activated"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Moving"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Turning"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Arrived"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Detected"),
+    QT_TRANSLATE_NOOP("GripperStatusText", "Dropped"),
 };
 
 template <size_t N>
 QString text_at(const char* const (&texts)[N], int status) {
     if (status < 1 || status >= static_cast<int>(N)) {
-        return QString::fromLatin1(UNDEFINE);
+        return GripperStatusText::tr(UNDEFINE);
     }
-    return QString::fromLatin1(texts[status]);
+    return GripperStatusText::tr(texts[status]);
 }
 
 }  // namespace
 
 QString GripperStatusText::of(GripperLogicControl* driver) {
     if (nullptr == driver) {
-        return QStringLiteral("Disconnected");
+        return tr(DISCONNECTED);
     }
     if (driver->occur_exception()) {
         return communication(driver->get_communication_status());

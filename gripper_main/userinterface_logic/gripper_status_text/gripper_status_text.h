@@ -1,6 +1,7 @@
 #ifndef GRIPPER_STATUS_TEXT_H
 #define GRIPPER_STATUS_TEXT_H
 
+#include <QCoreApplication>
 #include <QString>
 
 class GripperLogicControl;
@@ -8,8 +9,11 @@ class QLabel;
 
 // The state texts of the pages: for a driver with a link fault the text of its communication
 // status, otherwise the text of its gripper status; "Disconnected" without a driver. Reads only
-// the driver's lock-free statuses.
+// the driver's lock-free statuses. The texts are translated in the context "GripperStatusText"
+// by the catalogue installed when they are asked for.
 class GripperStatusText {
+    Q_DECLARE_TR_FUNCTIONS(GripperStatusText)
+
 public:
     static QString of(GripperLogicControl* driver);
     // How the pages colour the state: "idle" without a driver, "fault" with a link fault, "ok".

@@ -1,5 +1,6 @@
 #include "gripper_main/userinterface_logic/gripper_widget/gripper_widget.h"
 
+#include <QEvent>
 #include <QLayout>
 
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
@@ -30,4 +31,11 @@ GripperWidget::GripperWidget(QWidget* parent) : QWidget(parent), ui(new Ui::Grip
 
 GripperWidget::~GripperWidget() {
     delete ui;
+}
+
+void GripperWidget::changeEvent(QEvent* event) {
+    if (QEvent::LanguageChange == event->type()) {
+        ui->retranslateUi(this);
+    }
+    QWidget::changeEvent(event);
 }

@@ -19,6 +19,10 @@ public:
     explicit GripperWidget(QWidget* parent = nullptr);
     ~GripperWidget() override;
 
+protected:
+    // A new language: the tab texts again.
+    void changeEvent(QEvent* event) override;
+
 private:
     Ui::GripperWidget* ui;
 };

@@ -1,5 +1,6 @@
 #include "src/plugins/templateplugin/gripper_condition_info.h"
 
+#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -36,15 +37,19 @@ gripper_condition_Info gripper_condition_Info::fromJson(const QString& json) {
 bool gripper_condition_Info::check(const gripper_condition_class& record,
                                    QString& errorInfo) const {
     if (!position.accepts(record.getPosition())) {
-        errorInfo = QStringLiteral("position does not match the configuration information");
+        errorInfo =
+            QCoreApplication::translate("gripper_peripheral_condition",
+                                        "position does not match the configuration information");
         return false;
     }
     if (!force.accepts(record.getForce())) {
-        errorInfo = QStringLiteral("force does not match the configuration information");
+        errorInfo = QCoreApplication::translate(
+            "gripper_peripheral_condition", "force does not match the configuration information");
         return false;
     }
     if (!speed.accepts(record.getSpeed())) {
-        errorInfo = QStringLiteral("speed does not match the configuration information");
+        errorInfo = QCoreApplication::translate(
+            "gripper_peripheral_condition", "speed does not match the configuration information");
         return false;
     }
     return true;

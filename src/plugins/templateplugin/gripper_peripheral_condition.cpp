@@ -1,5 +1,6 @@
 #include "src/plugins/templateplugin/gripper_peripheral_condition.h"
 
+#include <QEvent>
 #include <QIntValidator>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -71,6 +72,13 @@ gripper_peripheral_condition::~gripper_peripheral_condition() {
 
 gripper_peripheral_condition* gripper_peripheral_condition::instance() {
     return g_instance;
+}
+
+void gripper_peripheral_condition::changeEvent(QEvent* event) {
+    if (QEvent::LanguageChange == event->type()) {
+        ui->retranslateUi(this);
+    }
+    AbstractWidget::changeEvent(event);
 }
 
 // The value fields carry the on-screen keyboard marker; the device id takes 0 to 255 without a

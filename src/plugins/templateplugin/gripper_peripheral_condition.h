@@ -51,6 +51,10 @@ public slots:
     void on_pbn_speedSub_pressed();
     void on_pbn_speedAdd_pressed();
 
+protected:
+    // A new language: the form's texts again.
+    void changeEvent(QEvent* event) override;
+
 private slots:
     void slot_controlFinished(bool ok, const QString& answer);
 

@@ -34,32 +34,6 @@ TEST(DoctorProbe, ModbusGripperIsTracedAndReportedInFullAndNothingIsWritten) {
     EXPECT_EQ(100, state.force);
 }
 
-TEST(DoctorProbe, InitialisedGripperReportsItsPositionForceAndSpeed) {
-    Simulator simulator;
-    const int n = simulator.add_modbus_pty(quick_gripper());
-    prepare_modbus_gripper(simulator, n, 500);
-
-    const DoctorProcess::Result result = run_doctor({"--json", simulator.endpoint(n)});
-
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-    const nlohmann::json report = only_object(result);
-    EXPECT_EQ(simulator.endpoint(n), report["target"]);
-    EXPECT_EQ("serial", report["link"]);
-    EXPECT_EQ("modbus_rtu", report["protocol"]);
-    EXPECT_EQ(1, report["device_id"]);
-    EXPECT_EQ("1.2", report["version"]);
-    EXPECT_EQ(3, report["model_series"]);
-    EXPECT_EQ(100.0, report["limits"]["position_max"]);
-    EXPECT_EQ(0.1, report["limits"]["position_step"]);
-    EXPECT_EQ(20, report["limits"]["force_min"]);
-    EXPECT_EQ(true, report["initialised"]);
-    EXPECT_EQ(50.0, report["position"]);
-    EXPECT_EQ(100, report["force"]);
-    EXPECT_EQ(100, report["speed"]);
-    EXPECT_TRUE(report["problem"].is_null());
-    EXPECT_TRUE(report["hint"].is_null());
-}
-
 // Its JSON (protocol "custom_frames") is in the scan's test.
 TEST(DoctorProbe, FrameGripperOnASerialPortIsFoundAfterTheModbusRequestGoesUnanswered) {
     Simulator simulator;
@@ -75,24 +49,40 @@ TEST(DoctorProbe, FrameGripperOnASerialPortIsFoundAfterTheModbusRequestGoesUnans
                       "of 1,"));
 }
 
-TEST(DoctorProbe, TcpGripperTakesTheModelSeriesItsVersionStandsFor) {
+// One run for two targets gives one JSON object each, in their order: an initialised Modbus
+// gripper with its position, force and speed, and a frame gripper over TCP that takes the model
+// series its version 1.2.1.4 stands for.
+TEST(DoctorProbe, JsonReportsAnInitialisedModbusGripperAndATcpFrameGripper) {
     Simulator simulator;
+    const int modbus = simulator.add_modbus_pty(quick_gripper());
+    prepare_modbus_gripper(simulator, modbus, 500);
     gripper_sim::GripperOptions options = quick_gripper(100);
     options.custom_version = {{1, 2, 1, 4}};
-    const int n = simulator.add_custom_tcp(options);
+    const int tcp = simulator.add_custom_tcp(options);
 
-    const DoctorProcess::Result result = run_doctor({"--json", simulator.endpoint(n)});
+    const DoctorProcess::Result result =
+        run_doctor({"--json", simulator.endpoint(modbus), simulator.endpoint(tcp)});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
-    const nlohmann::json report = only_object(result);
-    EXPECT_EQ("tcp", report["link"]);
-    EXPECT_EQ("custom_frames", report["protocol"]);
-    EXPECT_EQ(2, report["model_series"]);
-    EXPECT_EQ(95.0, report["limits"]["position_max"]);
-    EXPECT_EQ(15, report["limits"]["force_min"]);
-    EXPECT_EQ(90, report["limits"]["force_max"]);
-    EXPECT_EQ(false, report["initialised"]);
-    EXPECT_TRUE(report["position"].is_null());
+    const std::vector<nlohmann::json> reports = result.json_lines();
+    ASSERT_EQ(2u, reports.size()) << result.out;
+    const char* const expected[] = {
+        R"({"/link": "serial", "/protocol": "modbus_rtu", "/device_id": 1, "/version": "1.2",
+            "/model_series": 3, "/limits/position_max": 100.0, "/limits/position_step": 0.1,
+            "/limits/force_min": 20, "/initialised": true, "/position": 50.0, "/force": 100,
+            "/speed": 100, "/problem": null, "/hint": null})",
+        R"({"/link": "tcp", "/protocol": "custom_frames", "/model_series": 2,
+            "/limits/position_max": 95.0, "/limits/force_min": 15, "/limits/force_max": 90,
+            "/initialised": false, "/position": null})",
+    };
+    EXPECT_EQ(simulator.endpoint(modbus), reports[0]["target"]);
+    for (size_t i = 0; i < 2; ++i) {
+        const nlohmann::json fields = nlohmann::json::parse(expected[i]);
+        for (const auto& field : fields.items()) {
+            EXPECT_EQ(field.value(), reports[i].at(nlohmann::json::json_pointer(field.key())))
+                << field.key();
+        }
+    }
 }
 
 }  // namespace

@@ -17,23 +17,19 @@ const char ANNOUNCE_FILE[] = "/tmp/pts";
 // Keeps the announcement file as it was found and puts it back at the end.
 class AnnouncementFile {
 public:
-    AnnouncementFile() : existed_(0 == ::access(ANNOUNCE_FILE, F_OK)) {
-        std::ifstream file(ANNOUNCE_FILE);
-        std::getline(file, saved_);
-    }
     ~AnnouncementFile() {
         if (existed_) {
-            write(saved_);
+            std::ofstream(ANNOUNCE_FILE) << saved_;
         } else {
-            ::unlink(ANNOUNCE_FILE);
+            remove();
         }
     }
     void write(const std::string& line) { std::ofstream(ANNOUNCE_FILE) << line << "\n"; }
     void remove() { ::unlink(ANNOUNCE_FILE); }
 
 private:
-    const bool existed_;
-    std::string saved_;
+    const bool existed_ = 0 == ::access(ANNOUNCE_FILE, F_OK);
+    const std::string saved_ = read_file(ANNOUNCE_FILE);
 };
 
 // A sysfs tree and a /dev under one root, as the doctor reads them with --sysroot.

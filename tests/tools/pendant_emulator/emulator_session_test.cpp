@@ -23,16 +23,17 @@ private slots:
     void simulated_grippers_run_as_child_processes();
     void real_grippers_or_simulators_that_do_not_start();
     void blank_pictures_are_told_apart();
-
-private:
-    EmulatorOptions options(const QString& program = GRIPPER_SIM) const;
 };
 
-EmulatorOptions EmulatorSessionTest::options(const QString& program) const {
+namespace {
+
+EmulatorOptions options(const QString& program = GRIPPER_SIM) {
     EmulatorOptions options;
     options.simulator_program = program;
     return options;
 }
+
+}  // namespace
 
 void EmulatorSessionTest::settings_stay_in_the_private_folder() {
     QTemporaryDir user_config;

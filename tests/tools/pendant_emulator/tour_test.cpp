@@ -15,7 +15,7 @@
 
 namespace {
 
-const int STAGES = 9;
+const int STAGES = 10;
 
 QStringList transcript_lines(const QString& folder) {
     QFile file(folder + "/transcript.txt");
@@ -86,9 +86,9 @@ TEST(PendantEmulatorTour, EveryStagePassesWithItsAnswersAndPictures) {
             << qPrintable(line);
     }
     for (const char* name :
-         {"01-page", "02-connected", "03-activated", "04-editor", "05-program", "06-running-paused",
-          "07-page-while-running", "08-stopped", "09-dropped", "10-link-lost", "11-reopened",
-          "12-script-console", "13-emulator"}) {
+         {"01-page", "02-connected", "03-activated", "03-activated-zh_CN", "04-editor",
+          "05-program", "06-running-paused", "07-page-while-running", "08-stopped", "09-dropped",
+          "10-link-lost", "11-reopened", "12-script-console", "13-emulator"}) {
         const QImage picture(folder.filePath(QString(name) + ".png"));
         ASSERT_FALSE(picture.isNull()) << name;
         EXPECT_FALSE(Screenshot::blank(picture)) << name;

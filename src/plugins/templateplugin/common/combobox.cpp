@@ -62,8 +62,18 @@ void ComboBox::setCurrentIndex(int index) {
 }
 
 void ComboBox::setCurrentText(const QString& text) {
+    const int row = translatable_ ? findData(text, SOURCE_TEXT_ROLE) : -1;
+    if (row >= 0) {
+        setCurrentIndex(row);
+        return;
+    }
     QComboBox::setCurrentText(text);
     setCurrentIndex(currentIndex());
+}
+
+QString ComboBox::currentSourceText() const {
+    const QVariant source = currentData(SOURCE_TEXT_ROLE);
+    return source.isValid() ? source.toString() : currentText();
 }
 
 void ComboBox::clear() {

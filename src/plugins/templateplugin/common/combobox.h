@@ -11,7 +11,9 @@ class QListWidget;
 // A combo box whose list is its own QListWidget, shown as a popup with rows of the scaled row
 // height (at most 9 rows, then it scrolls) and kept inside the usable screen area of Common.
 // With setTranslatable(true) the item texts are taken as source texts of the context
-// "ComboBox" and translated again whenever the application's language changes.
+// "ComboBox" and translated again whenever the application's language changes; setCurrentText
+// then also takes an item's source text, and currentSourceText() gives it back, whatever the
+// language shown.
 class ComboBox : public QComboBox {
     Q_OBJECT
 
@@ -29,6 +31,8 @@ public:
     bool isTranslatable() const { return translatable_; }
     void setCurrentIndex(int index);
     void setCurrentText(const QString& text);
+    // The untranslated text of the current item ("" with none).
+    QString currentSourceText() const;
     void clear();
     void showPopup() override;
     void hidePopup() override;

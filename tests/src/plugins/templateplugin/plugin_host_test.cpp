@@ -1,10 +1,12 @@
 // The plug-in loaded as the pendant loads it, without grippers: metadata, the invokables, the
 // lifecycle hooks, the program-step hooks and script lines that need no gripper.
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QLabel>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -55,6 +57,7 @@ private slots:
     void rebuildsAndWritesProgramSteps();
     void refusesRecordsOfAnotherType();
     void makesThePageAndSwitchesItsEditing();
+    void followsACatalogueInstalledAfterThePage();
     void locksTheSettingTabWhileAProgramRuns();
     void cleanupTestCase();
 
@@ -272,6 +275,58 @@ void PluginHostTest::makesThePageAndSwitchesItsEditing() {
     QVERIFY(!page_->isEnabled());
     host_.plugin()->enableEdit(true);
     QVERIFY(page_->isEnabled());
+}
+
+// A catalogue of the library's resources installed after createUI translates the shown page,
+// an open editor and the validation texts; removed, they read the source texts again.
+void PluginHostTest::followsACatalogueInstalledAfterThePage() {
+    const struct {
+        const char* language;
+        // Both tabs, the Setting status, the first link type, scan, the editor's force label,
+        // the validation text of a force below the range.
+        QStringList texts;
+    } rows[] = {
+        {"zh_CN",
+         {"控制", "设置", "已断开", "TCP 客户端", "扫描", "夹持力", "夹持力与配置信息不符"}},
+        {"zh_TW",
+         {"控制", "設定", "已斷線", "TCP 用戶端", "掃描", "夾持力", "夾持力與組態資訊不符"}},
+        {"en_GB",
+         {"Control", "Setting", "Disconnected", "TCP Client", "Scan", "Force",
+          "Force does not match the configuration"}},
+        {"",
+         {"Control", "Setting", "Disconnected", "TCP Client", "scan", "Force",
+          "force does not match the configuration information"}},
+    };
+    std::unique_ptr<QWidget> editor(host_.createCondUI(nullptr));
+    std::unique_ptr<AbsCondInfo> weak(
+        host_.xmlInfoToCondInfo("step",
+                                "{\"DeviceID\":\"1\",\"PluginName\":\"Zanther2F\",\"Position\":100,"
+                                "\"Force\":19,\"Speed\":1,\"IsBlock\":true}"));
+    QTabWidget* tabs = page_->findChild<QTabWidget*>();
+    const auto shown = [&] {
+        QString error;
+        host_.checkCondInfo(weak.get(), error);
+        return QStringList{tabs->tabText(0),
+                           tabs->tabText(1),
+                           tabs->widget(1)->findChild<QLabel*>("label_status_")->text(),
+                           page_->findChild<QComboBox*>("combo_box_type_")->itemText(0),
+                           page_->findChild<QPushButton*>("push_button_scan_")->text(),
+                           editor->findChild<QLabel*>("label_force")->text(),
+                           error};
+    };
+    for (const auto& row : rows) {
+        QTranslator translator;
+        if (*row.language) {
+            QVERIFY(translator.load(
+                QStringLiteral(":/Translations/%1_template_plugin.qm").arg(row.language)));
+            QCoreApplication::installTranslator(&translator);
+        }
+        QTRY_COMPARE(shown(), row.texts);
+        // Texts set in code stay.
+        QCOMPARE(editor->findChild<QLabel*>("lbl_forceRange")->text(),
+                 QStringLiteral("  20 ~ 100"));
+        QCoreApplication::removeTranslator(&translator);
+    }
 }
 
 // The program state follows start and stop, not pause and resume: the Setting tab is locked
