@@ -84,7 +84,6 @@ void PluginConditionEditorTest::initTestCase() {
     QVERIFY(editor_);
     editor_->show();
     QVERIFY(QTest::qWaitForWindowExposed(editor_));
-    editor_->grab().save(QCoreApplication::applicationDirPath() + "/condition_editor.png");
 }
 
 // The fields start at the lower bounds, the labels show the ranges of the configuration
