@@ -1,7 +1,6 @@
 // The Control tab against simulated Modbus grippers on real pseudo-terminals, driven by clicks.
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <cmath>

@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QtTest>
 
 #include "src/plugins/templateplugin/common/common.h"

@@ -4,19 +4,15 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <memory>
 
 #include "tests/test_support/message_box_answerer.h"
 #include "tests/test_support/plugin_host.h"
-#include "tests/test_support/qt_log_capture.h"
 #include "tests/test_support/script_thread.h"
 #include "tools/gripper_simulator/simulator.h"
 
@@ -76,7 +72,6 @@ private:
 };
 
 void PluginConditionEditorTest::initTestCase() {
-    QtLogCapture::install();
     qRegisterMetaType<AbsCondInfo*>();
     QVERIFY2(host_.load(), qPrintable(host_.error()));
     page_ = host_.plugin()->createUI(nullptr);

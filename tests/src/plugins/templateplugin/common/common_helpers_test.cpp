@@ -3,8 +3,6 @@
 #include <QApplication>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QTemporaryDir>
-#include <QTranslator>
 #include <QtTest>
 
 #include <atomic>
