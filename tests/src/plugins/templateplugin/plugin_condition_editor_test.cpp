@@ -173,9 +173,6 @@ void PluginConditionEditorTest::showsChecksSavesAndRemovesARecord() {
              QJsonDocument::fromJson("{\"DeviceID\":\"3\",\"Force\":50,\"IsBlock\":false,"
                                      "\"PluginName\":\"Zanther2F\",\"Position\":40,\"Speed\":60}")
                  .object());
-    QCOMPARE(host_.condInfo2ScriptInfo(record.get()),
-             QStringLiteral("script_common_interface(\"Zanther2F\", "
-                            "\"set_2_finger_gripper_param|3, 40, 50, 60, false\")"));
     QSignalSpy removed(PluginManager::instance(), &PluginManager::condItemRemoved);
     click("pbn_remove");
     QCOMPARE(removed.size(), 1);
