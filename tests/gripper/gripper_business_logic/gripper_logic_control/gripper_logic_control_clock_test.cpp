@@ -1,6 +1,7 @@
 // The wall clock stepped: in this process CLOCK_REALTIME reads an hour ahead of the system's,
 // as if the clock had been set back an hour after every deadline computed on it. No wait of the
-// driver may depend on that clock: a stop must still end the update loop at once.
+// driver may depend on that clock: a stop from inside a notification, with the driver lock held,
+// while the update thread waits for that lock, must still end the update loop at once.
 #include <sys/syscall.h>
 #include <time.h>
 #include <unistd.h>
@@ -35,8 +36,9 @@ TEST_F(DriverTest, StopEndsTheLoopPromptlyWhenTheWallClockIsStepped) {
     g_clock_stepped = true;
 
     std::atomic<bool> done{false};
+    bool commanded = false;
     std::thread command([&] {
-        driver_->set_force(65);
+        commanded = driver_->set_force(65);
         done = true;
     });
     if (!wait_until([&] { return done.load(); }, std::chrono::seconds(20))) {
@@ -47,9 +49,12 @@ TEST_F(DriverTest, StopEndsTheLoopPromptlyWhenTheWallClockIsStepped) {
     }
     command.join();
     g_clock_stepped = false;
-    EXPECT_TRUE(stopper.cycle_waited_);
+    EXPECT_TRUE(commanded && stopper.cycle_waited_);
     driver_->remove_notify_interface(&stopper);
+    const long frames = snapshot(gripper).frames_received;
+    // The loop has ended: a second stop only logs, and no cycle asks the gripper any more.
     log_.clear();
     driver_->stop_loop_update();
     EXPECT_TRUE(log_.contains("private_->thread_start_"));
+    EXPECT_EQ(frames, snapshot(gripper).frames_received);
 }

@@ -1,25 +1,5 @@
 #include "tests/test_support/driver_fixture.h"
 
-TEST_F(DriverTest, TcpGripperIsActivatedMovedAndFollowedToArrival) {
-    const int gripper = simulator_.add_custom_tcp(quick_options(2, 100));
-    ASSERT_TRUE(connect_tcp(gripper));
-    EXPECT_EQ(1, driver_->get_model_series());
-    EXPECT_EQ((std::vector<uint8_t>{1, 2, 1, 3}), driver_->get_version());
-    EXPECT_FALSE(driver_->support_speed());
-    EXPECT_FLOAT_EQ(1.0f, driver_->position_step());
-
-    ASSERT_TRUE(activate());
-    ASSERT_TRUE(driver_->set_force(55));
-    EXPECT_EQ(55, driver_->get_force());
-    ASSERT_TRUE(driver_->set_position(60.4f));
-    EXPECT_EQ(60, snapshot(gripper).target);
-    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
-    ASSERT_TRUE(wait_until([&] { return driver_->get_position() > 59.9f; }));
-    EXPECT_FLOAT_EQ(60.0f, driver_->get_position());
-    // Without speed support the frame protocol has no speed request.
-    EXPECT_FALSE(driver_->set_speed(50));
-}
-
 TEST_F(DriverTest, TcpGripperAnnouncesTheDropOfADetectedObjectByItself) {
     gripper_sim::GripperOptions options = quick_options(2, 100);
     options.object_at = 30;

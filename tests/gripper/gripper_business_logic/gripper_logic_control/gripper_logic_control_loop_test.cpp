@@ -58,25 +58,6 @@ TEST_F(DriverTest, VanishedPortStopsPollingAndReportsIt) {
 
 // The loop is stopped from inside a notification, with the driver lock held, while the update
 // thread waits for that lock.
-TEST_F(DriverTest, StopWhileTheUpdateThreadWaitsForTheLockDoesNotDeadlock) {
-    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
-    ASSERT_TRUE(connect_serial(gripper) && activate());
-    StoppingObserver stopper(driver_.get(), 55);
-    driver_->add_notify_interface(&stopper);
-
-    auto stopped = std::async(std::launch::async, [&] { return driver_->set_force(55); });
-    ASSERT_EQ(std::future_status::ready, stopped.wait_for(std::chrono::seconds(15)));
-    EXPECT_TRUE(stopped.get());
-    EXPECT_TRUE(stopper.cycle_waited_);
-    driver_->remove_notify_interface(&stopper);
-    const long frames = snapshot(gripper).frames_received;
-    // The loop has ended: a second stop only logs, and no cycle asks the gripper any more.
-    log_.clear();
-    driver_->stop_loop_update();
-    EXPECT_TRUE(log_.contains("private_->thread_start_"));
-    EXPECT_EQ(frames, snapshot(gripper).frames_received);
-}
-
 // Between cycles the loop sleeps until the next one is due, a second ahead; a stop wakes it.
 TEST_F(DriverTest, StopEndsASleepingLoopPromptly) {
     const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));

@@ -37,14 +37,17 @@ struct Transport {
     int silent_writes;
     const char* stale_line;
     const char* closed_line;
+    // Logged when the line is written to again after the device went.
+    const char* dead_write;
 };
 
 const Transport TRANSPORTS[] = {
     {"serial", true, GripperModbusProtocol().build_position_protocol(1, false, 0),
-     Bytes{0x01, 0x03, 0x02, 0x01, 0xF4, 0xB8, 0x53}, 5, "W length > 0", "E -1 == private_->fd_"},
+     Bytes{0x01, 0x03, 0x02, 0x01, 0xF4, 0xB8, 0x53}, 5, "W length > 0", "E -1 == private_->fd_",
+     "Input/output error"},
     {"tcp", false, GripperCustomProtocol().build_position_protocol(1, false, 0),
      GripperCustomProtocol().build_position_protocol(1, true, 50), 1, "W available() > 0",
-     "W -1 == private_->socket_"},
+     "W -1 == private_->socket_", "Broken pipe"},
 };
 
 std::string hex(const Bytes& bytes) {
@@ -193,6 +196,9 @@ TEST_P(DescriptorLinkTest, VanishedPeerGivesOneWriteExceptionAndEveryTransferIsR
     EXPECT_TRUE(link_->read(7).empty());
     EXPECT_FALSE(link_->write(GetParam().request));
     EXPECT_TRUE(log_.contains("occur_exception()"));
+    link_->set_communication_status(GripperCommunication::CS_CONNECTED);
+    EXPECT_FALSE(link_->write(GetParam().request));
+    EXPECT_TRUE(log_.contains(GetParam().dead_write));
 }
 
 TEST_P(DescriptorLinkTest, BadCallsFailWithoutWritingAnything) {

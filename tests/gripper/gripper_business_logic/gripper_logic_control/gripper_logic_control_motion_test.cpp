@@ -2,35 +2,61 @@
 
 #include "tests/test_support/driver_fixture.h"
 
-TEST_F(DriverTest, ModbusGripperIsHandshakenActivatedAndFollowedToArrival) {
-    const int gripper = simulator_.add_modbus_pty(quick_options(3, 1000));
-    ASSERT_TRUE(connect_serial(gripper));
-    EXPECT_EQ(3, driver_->get_model_series());
-    EXPECT_EQ((std::vector<uint8_t>{0x01, 0x02}), driver_->get_version());
-    EXPECT_EQ(GLC::GS_INACTIVATE, driver_->get_gripper_status());
-    EXPECT_TRUE(driver_->support_speed());
-
-    ASSERT_TRUE(driver_->set_activate());
-    EXPECT_EQ(GLC::GS_ACTIVATING, driver_->get_gripper_status());
-    ASSERT_TRUE(wait_for_status(GLC::GS_ACTIVATED));
-
-    ASSERT_TRUE(driver_->set_force(40));
-    EXPECT_EQ(40, driver_->get_force());
-    ASSERT_TRUE(driver_->set_speed(80));
-    EXPECT_EQ(80, driver_->get_speed());
-
-    ASSERT_TRUE(driver_->set_position(12.34f));
-    EXPECT_EQ(123, snapshot(gripper).target);
-    EXPECT_EQ(GLC::GS_MOVING, driver_->get_gripper_status());
-    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
-    ASSERT_TRUE(wait_until([&] { return driver_->get_position() > 12.2f; }));
-    EXPECT_NEAR(12.3f, driver_->get_position(), 1e-4);
-
-    const std::vector<std::string> events = observer_.events();
-    const auto activating = std::find(events.begin(), events.end(), "GS_ACTIVATING");
-    const auto activated = std::find(activating, events.end(), "GS_ACTIVATED");
-    const auto moving = std::find(activated, events.end(), "GS_MOVING");
-    EXPECT_NE(events.end(), std::find(moving, events.end(), "GS_ARRIVED"));
+// Each kind of gripper is handshaken, activated, set and followed to its arrival: what it reports
+// of itself, the register its position command reaches and the position read back at the end.
+TEST_F(DriverTest, EachKindOfGripperIsHandshakenActivatedAndFollowedToArrival) {
+    const struct {
+        const char* kind;
+        int position_max;
+        int32_t series;
+        std::vector<uint8_t> version;
+        bool speed;
+        float position;
+        int target;
+    } kinds[] = {
+        {"modbus pty", 1000, 3, {0x01, 0x02}, true, 12.34f, 123},
+        {"custom pty", 100, 1, {1, 2, 1, 3}, false, 40.0f, 40},
+        {"custom tcp", 100, 1, {1, 2, 1, 3}, false, 60.4f, 60},
+    };
+    for (const auto& row : kinds) {
+        SCOPED_TRACE(row.kind);
+        const std::string kind = row.kind;
+        const int gripper = ("modbus pty" == kind)
+                                ? simulator_.add_modbus_pty(quick_options(3, row.position_max))
+                            : ("custom pty" == kind)
+                                ? simulator_.add_custom_pty(quick_options(3, row.position_max))
+                                : simulator_.add_custom_tcp(quick_options(3, row.position_max));
+        observer_.clear();
+        ASSERT_TRUE("custom tcp" == kind ? connect_tcp(gripper) : connect_serial(gripper));
+        // A serial gripper that ignores the Modbus id request speaks the frame protocol.
+        EXPECT_EQ("custom pty" == kind, log_.contains("!private_->sync_id()"));
+        EXPECT_EQ(row.series, driver_->get_model_series());
+        EXPECT_EQ(row.version, driver_->get_version());
+        EXPECT_EQ(row.speed, driver_->support_speed());
+        EXPECT_EQ(GLC::GS_INACTIVATE, driver_->get_gripper_status());
+        ASSERT_TRUE(driver_->set_activate());
+        EXPECT_EQ(GLC::GS_ACTIVATING, driver_->get_gripper_status());
+        ASSERT_TRUE(wait_for_status(GLC::GS_ACTIVATED));
+        ASSERT_TRUE(driver_->set_force(40));
+        EXPECT_EQ(40, driver_->get_force());
+        // Without speed support the frame protocol has no speed request.
+        EXPECT_EQ(row.speed, driver_->set_speed(80));
+        ASSERT_TRUE(driver_->set_position(row.position));
+        EXPECT_EQ(row.target, snapshot(gripper).target);
+        EXPECT_EQ(GLC::GS_MOVING, driver_->get_gripper_status());
+        ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
+        const float arrived = 100.0f * row.target / row.position_max;
+        ASSERT_TRUE(wait_until([&] { return driver_->get_position() > arrived - 0.05f; }));
+        EXPECT_NEAR(arrived, driver_->get_position(), 1e-4);
+        const std::vector<std::string> events = observer_.events();
+        const auto activated = std::find(events.begin(), events.end(), "GS_ACTIVATED");
+        EXPECT_NE(events.end(), std::find(std::find(activated, events.end(), "GS_MOVING"),
+                                          events.end(), "GS_ARRIVED"));
+        driver_->stop_loop_update();
+        driver_->close();
+        driver_.reset();
+        log_.clear();
+    }
 }
 
 TEST_F(DriverTest, ModbusGripperReportsAnObjectAndItsDrop) {
@@ -97,21 +123,6 @@ TEST_F(DriverTest, CommandsAreRefusedOutsideTheirStatuses) {
     log_.clear();
     EXPECT_FALSE(driver_->set_activate());
     EXPECT_TRUE(log_.contains("get_gripper_status() = GS_MOVING"));
-}
-
-TEST_F(DriverTest, SerialGripperWithoutModbusIsHandshakenWithFrames) {
-    gripper_sim::GripperOptions options = quick_options(3, 1000);
-    options.position_max = 100;
-    const int gripper = simulator_.add_custom_pty(options);
-    ASSERT_TRUE(connect_serial(gripper));
-    EXPECT_TRUE(log_.contains("!private_->sync_id()"));
-    EXPECT_EQ(1, driver_->get_model_series());
-    EXPECT_FLOAT_EQ(1.0f, driver_->position_step());
-
-    ASSERT_TRUE(activate());
-    ASSERT_TRUE(driver_->set_position(40.0f));
-    EXPECT_EQ(40, snapshot(gripper).target);
-    ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
 }
 
 TEST_F(DriverTest, SerialGripperThatAnswersNeitherProtocolFailsTheHandshake) {
