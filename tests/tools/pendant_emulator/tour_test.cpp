@@ -44,7 +44,11 @@ TEST(PendantEmulatorTour, EveryStagePassesWithItsAnswersAndPictures) {
          line = emulator.read_line(std::chrono::seconds(60))) {
         output.push_back(line);
     }
-    ASSERT_EQ(0, emulator.wait_exit(std::chrono::seconds(30)));
+    std::string said;
+    for (const std::string& line : output) {
+        said += line + "\n";
+    }
+    ASSERT_EQ(0, emulator.wait_exit(std::chrono::seconds(30))) << said;
     ASSERT_EQ(static_cast<std::size_t>(STAGES + 1), output.size());
     for (int stage = 1; stage <= STAGES; ++stage) {
         EXPECT_EQ(0u, output[stage - 1].find("ok      Stage " + std::to_string(stage) + ":"))
