@@ -6,24 +6,36 @@ namespace {
 
 using gripper_sim::Simulator;
 
-// The trace shows every frame in hex with its meaning, then the report follows.
-TEST(DoctorProbe, ModbusGripperIsTracedAndReportedInFullAndNothingIsWritten) {
+// The trace shows every frame in hex with its meaning, each line marked with its target when there
+// are several; then the reports follow, in the order of the targets. The frame gripper is found
+// once the Modbus request goes unanswered; its JSON (protocol "custom_frames") is in the scan's
+// test.
+TEST(DoctorProbe, GrippersOnSerialPortsAreTracedAndReportedInFullAndNothingIsWritten) {
     Simulator simulator;
     const int n = simulator.add_modbus_pty(quick_gripper());
+    const int frames = simulator.add_custom_pty(quick_gripper(100));
+    const std::string port = simulator.endpoint(n);
 
-    const DoctorProcess::Result result = run_doctor({"--trace", simulator.endpoint(n)});
+    const DoctorProcess::Result result = run_doctor({"--trace", port, simulator.endpoint(frames)});
 
     EXPECT_EQ(0, result.status) << result.out << result.err;
-    for (const char* line :
-         {"] -> FF 03 03 02 00 01 30 50   Modbus read of register 0x0302 (device id) at slave 255 "
-          "(any slave answers)\n",
-          "] <- 01 03 02 00 01 79 84   slave 1: device id 1, CRC ok\n", "] -> 01 03 0A 02 00 01 ",
-          "slave 1: firmware 1.2, CRC ok\n", "slave 1: model code 0x1000, model series 3, CRC ok\n",
-          "  link          serial port, 115200 baud 8N1\n", "  protocol      Modbus RTU\n",
-          "  device id     1\n", "  firmware      1.2 (bytes 01 02)\n", "  model series  3\n",
-          "  limits        position 0.0 to 100.0 % in steps of 0.1, force 20 to 100 %, speed 20 to "
-          "100 %\n",
-          "  initialised   no: activate it before moving it\n", "  result        OK"}) {
+    for (const std::string& line :
+         {"] " + port +
+              " -> FF 03 03 02 00 01 30 50   Modbus read of register 0x0302 (device id) at slave "
+              "255 (any slave answers)\n",
+          "] " + port + " <- 01 03 02 00 01 79 84   slave 1: device id 1, CRC ok\n",
+          "] " + port + " -> 01 03 0A 02 00 01 ", std::string("slave 1: firmware 1.2, CRC ok\n"),
+          std::string("slave 1: model code 0x1000, model series 3, CRC ok\n"),
+          port +
+              "\n  link          serial port, 115200 baud 8N1\n"
+              "  protocol      Modbus RTU\n  device id     1\n  firmware      1.2 (bytes 01 02)\n"
+              "  model series  3\n  limits        position 0.0 to 100.0 % in steps of 0.1, force "
+              "20 "
+              "to 100 %, speed 20 to 100 %\n  initialised   no: activate it before moving it\n",
+          std::string("  protocol      14-byte frames (the Modbus id request went unanswered)\n"
+                      "  device id     1\n  firmware      1.2.1.3 (bytes 01 02 01 03)\n  model "
+                      "series  1\n  limits        position 0.0 to 100.0 % in steps of 1,"),
+          std::string("  result        OK")}) {
         EXPECT_TRUE(holds(result.out, line));
     }
     EXPECT_EQ(0u, result.out.find('[')) << result.out;
@@ -32,21 +44,6 @@ TEST(DoctorProbe, ModbusGripperIsTracedAndReportedInFullAndNothingIsWritten) {
     EXPECT_FALSE(state.initialised);
     EXPECT_EQ(0, state.target);
     EXPECT_EQ(100, state.force);
-}
-
-// Its JSON (protocol "custom_frames") is in the scan's test.
-TEST(DoctorProbe, FrameGripperOnASerialPortIsFoundAfterTheModbusRequestGoesUnanswered) {
-    Simulator simulator;
-    const int n = simulator.add_custom_pty(quick_gripper(100));
-
-    const DoctorProcess::Result result = run_doctor({simulator.endpoint(n)});
-
-    EXPECT_EQ(0, result.status) << result.out << result.err;
-    EXPECT_TRUE(holds(result.out,
-                      "  protocol      14-byte frames (the Modbus id request went "
-                      "unanswered)\n  device id     1\n  firmware      1.2.1.3 (bytes 01 02 01 "
-                      "03)\n  model series  1\n  limits        position 0.0 to 100.0 % in steps "
-                      "of 1,"));
 }
 
 // One run for two targets gives one JSON object each, in their order: an initialised Modbus

@@ -53,13 +53,4 @@ TEST(DoctorUsage, HelpExplainsTargetsOptionsAndExitStatusWithExamples) {
     }
 }
 
-TEST(DoctorUsage, PortsThePluginRefusesAreAProblemNotBadUsage) {
-    const DoctorProcess::Result result = run_doctor({"--json", "127.0.0.1:502"});
-
-    EXPECT_EQ(1, result.status);
-    const nlohmann::json report = only_object(result);
-    EXPECT_EQ("port_refused", report["problem_code"]);
-    EXPECT_EQ("port 502 is below 1024, which the plug-in refuses", report["problem"]);
-}
-
 }  // namespace
