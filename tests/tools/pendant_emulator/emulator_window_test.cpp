@@ -1,7 +1,10 @@
-// The program panel, the program runner and the script console with the real plug-in loaded
-// from its file and no gripper connected: steps made, edited, copied and removed through the
-// plug-in's own editor; program files saved, opened, migrated and refused; Run, Pause, Resume
-// and Stop; one command at a time from the console.
+// The emulator's window with the real plug-in loaded from its file (nothing of it is linked in),
+// out of a folder that also holds a library made for another application, a library that is no
+// plug-in and a file that is no library; no gripper is connected. What is loaded and why the
+// others are not; steps made, edited, copied and removed through the plug-in's own editor;
+// program files checked, saved and refused whole; Run, Pause and Stop; one command at a time from
+// the console. A completed run, Pause and Resume, old program files and a saved program opened
+// again are in the tour.
 
 #include <memory>
 
@@ -9,12 +12,16 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include "platform/abscondinfo.h"
+#include "tools/pendant_emulator/bench_page.h"
 #include "tools/pendant_emulator/dialog_answerer.h"
 #include "tools/pendant_emulator/emulator_window.h"
+#include "tools/pendant_emulator/language_catalogue.h"
+#include "tools/pendant_emulator/plugin_folder_loader.h"
 #include "tools/pendant_emulator/private_settings.h"
 #include "tools/pendant_emulator/program_file.h"
 #include "tools/pendant_emulator/program_panel.h"
@@ -32,13 +39,15 @@ QString line_for(const QString& parameters) {
 
 }  // namespace
 
-class ProgramPanelTest : public QObject {
+class EmulatorWindowTest : public QObject {
     Q_OBJECT
 
 private slots:
     void initTestCase();
+    void the_gripper_plugin_loads_and_the_others_are_reported();
+    void a_second_plugin_or_a_missing_folder_is_reported();
     void the_editor_inserts_edits_copies_and_removes_steps();
-    void program_files_are_migrated_checked_and_refused_whole();
+    void program_files_are_checked_saved_and_refused_whole();
     void runs_pause_and_stop_or_end_at_a_failing_line();
     void the_console_sends_one_command_at_a_time();
 
@@ -56,25 +65,86 @@ private:
     DialogAnswerer* answerer_ = nullptr;
 };
 
-void ProgramPanelTest::initTestCase() {
+void EmulatorWindowTest::initTestCase() {
     QVERIFY(settings_.valid());
+    QVERIFY(QFile::link(ZANTHER2F_LIBRARY, folder_.filePath("libZanther2F.so")));
+    QVERIFY(QFile::copy(WRONG_IID_LIBRARY, folder_.filePath("libImageFilter.so")));
+    QVERIFY(QFile::copy(HELPER_LIBRARY, folder_.filePath("libHelper.so")));
+    QFile notes(folder_.filePath("notes.so"));
+    QVERIFY(notes.open(QIODevice::WriteOnly));
+    notes.write("These are notes, not a library.\n");
+    notes.close();
+    QVERIFY(QDir(folder_.path()).mkdir("sub"));
     EmulatorOptions options;
-    options.plugin_folder = QFileInfo(ZANTHER2F_LIBRARY).absolutePath();
+    options.plugin_folder = folder_.path();
     options.simulators = false;
+    options.language = "xx";
     window_.reset(new EmulatorWindow(options));
     QVERIFY(window_->start_grippers(QString()));
     window_->load_plugins(folder_.filePath("shared"));
-    QVERIFY(window_->plugin_page(PLUGIN) != nullptr);
     window_->show();
     panel_ = &window_->program();
     answerer_ = new DialogAnswerer(this);
 }
 
-QWidget* ProgramPanelTest::editor() {
+void EmulatorWindowTest::the_gripper_plugin_loads_and_the_others_are_reported() {
+    QCOMPARE(window_->loader().plugins().size(), 1);
+    QCOMPARE(window_->loader().failures().size(), 3);
+    QMap<QString, QString> reasons;
+    for (const LoadFailure& failure : window_->loader().failures()) {
+        reasons[QFileInfo(failure.file).fileName()] = failure.reason;
+    }
+    QCOMPARE(reasons["libImageFilter.so"],
+             QString("interface id \"org.example.ImageFilterPlugin\" is not "
+                     "\"com.qt-project.Orla.TeachPendantPlugin\""));
+    const QString not_library = reasons["notes.so"];
+    QVERIFY2(not_library.contains("notes.so") && not_library.contains("not an ELF object"),
+             qPrintable(not_library));
+    const QString not_plugin = reasons["libHelper.so"];
+    QVERIFY2(not_plugin.contains("libHelper.so") &&
+                 not_plugin.contains("Failed to extract plugin meta data"),
+             qPrintable(not_plugin));
+
+    QTabWidget& tabs = window_->tabs();
+    QCOMPARE(tabs.count(), 4);
+    QCOMPARE(tabs.tabText(0), PLUGIN);
+    QVERIFY(window_->plugin_page(PLUGIN)->findChild<QTabWidget*>("tab_widget_") != nullptr);
+    const QString report = window_->bench().report();
+    QVERIFY2(report.contains("Not loaded: " + folder_.filePath("notes.so")), qPrintable(report));
+    QVERIFY(report.contains("Not loaded: " + folder_.filePath("libImageFilter.so")));
+    QVERIFY(report.contains("Loaded: Zanther2F 4.2.6"));
+    QVERIFY(report.contains("Grippers: none on the bench"));
+    QVERIFY(
+        report.contains("Language xx not installed: no catalogue xx_*.qm in the plug-ins' "
+                        "resources"));
+    LanguageCatalogue missing;
+    QString error;
+    QVERIFY(!missing.install(folder_.filePath("missing.qm"), error));
+    QCOMPARE(error, "the catalogue " + folder_.filePath("missing.qm") + " does not load");
+}
+
+// A second plug-in of a loaded name and a missing folder load nothing, each with its reason.
+void EmulatorWindowTest::a_second_plugin_or_a_missing_folder_is_reported() {
+    QTemporaryDir second;
+    QVERIFY(QFile::link(ZANTHER2F_LIBRARY, second.filePath("libZanther2F-copy.so")));
+    const QString rows[][2] = {
+        {second.path(), "a plug-in named \"Zanther2F\" is loaded already"},
+        {folder_.filePath("absent"), "the plug-in folder does not exist"},
+    };
+    for (const auto& row : rows) {
+        PluginFolderLoader loader;
+        loader.load_folder(row[0]);
+        QVERIFY(loader.plugins().isEmpty());
+        QCOMPARE(loader.failures().size(), 1);
+        QCOMPARE(loader.failures()[0].reason, row[1]);
+    }
+}
+
+QWidget* EmulatorWindowTest::editor() {
     return panel_->editor(PLUGIN)->editor();
 }
 
-void ProgramPanelTest::type(const char* field, const QString& text) {
+void EmulatorWindowTest::type(const char* field, const QString& text) {
     auto* edit = editor()->findChild<QLineEdit*>(field);
     QVERIFY(edit != nullptr);
     edit->selectAll();
@@ -83,18 +153,18 @@ void ProgramPanelTest::type(const char* field, const QString& text) {
     QCOMPARE(edit->text(), text);
 }
 
-void ProgramPanelTest::click(const char* button) {
+void EmulatorWindowTest::click(const char* button) {
     auto* push = editor()->findChild<QPushButton*>(button);
     QVERIFY(push != nullptr);
     QTest::mouseClick(push, Qt::LeftButton);
 }
 
-QString ProgramPanelTest::script(int row) const {
+QString EmulatorWindowTest::script(int row) const {
     QString error;
     return panel_->steps().script_text(row, error);
 }
 
-QVector<ScriptLine> ProgramPanelTest::lines(const QStringList& commands) const {
+QVector<ScriptLine> EmulatorWindowTest::lines(const QStringList& commands) const {
     QVector<ScriptLine> result;
     for (const QString& command : commands) {
         result.append({PLUGIN, command});
@@ -102,7 +172,7 @@ QVector<ScriptLine> ProgramPanelTest::lines(const QStringList& commands) const {
     return result;
 }
 
-void ProgramPanelTest::the_editor_inserts_edits_copies_and_removes_steps() {
+void EmulatorWindowTest::the_editor_inserts_edits_copies_and_removes_steps() {
     QVERIFY(panel_->insert_step(PLUGIN));
     QTRY_VERIFY(panel_->editor(PLUGIN)->isVisible());
     type("le_deviceID", "1");
@@ -112,8 +182,6 @@ void ProgramPanelTest::the_editor_inserts_edits_copies_and_removes_steps() {
     editor()->findChild<QCheckBox*>("chk_isBlock")->setChecked(true);
     click("pbn_confirm");
     QTRY_COMPARE(panel_->steps().count(), 1);
-    QCOMPARE(answerer_->answered().last(), QString("Information: Condition saved."));
-    QCOMPARE(script(0), line_for("1, 100, 50, 80, true"));
     QCOMPARE(panel_->steps().at(0)->getAlias(), QString("Zanther2F_1"));
     QVERIFY(!panel_->editor(PLUGIN)->isVisible());
 
@@ -146,55 +214,43 @@ void ProgramPanelTest::the_editor_inserts_edits_copies_and_removes_steps() {
     QCOMPARE(panel_->steps().count(), 0);
 }
 
-void ProgramPanelTest::program_files_are_migrated_checked_and_refused_whole() {
-    const QString old_path = folder_.filePath("old.json");
+void EmulatorWindowTest::program_files_are_checked_saved_and_refused_whole() {
+    const QString path = folder_.filePath("program.json");
     QString error;
-    QVERIFY(ProgramFile::write(
-        old_path,
-        {{PLUGIN, "wide",
-          "{\"Id\": 3, \"PluginName\": \"Zanther2F\", \"Position\": 150, \"Force\": 20, "
-          "\"Speed\": 30, \"IsBlock\": false}"},
-         {PLUGIN, "fine",
-          "{\"DeviceID\": \"2\", \"PluginName\": \"Zanther2F\", \"Position\": 50, \"Force\": 20, "
-          "\"Speed\": 30, \"IsBlock\": true}"}},
-        error));
-    QVERIFY2(panel_->open_program(old_path), qPrintable(panel_->status()));
-    QCOMPARE(panel_->steps().count(), 2);
-    const QString migrated = panel_->steps().at(0)->getXmlInfo();
-    QVERIFY2(migrated.contains("\"DeviceID\":3") && !migrated.contains("\"Id\""),
-             qPrintable(migrated));
+    QVector<StoredStep> stored{
+        {PLUGIN, "wide",
+         "{\"DeviceID\": \"3\", \"PluginName\": \"Zanther2F\", \"Position\": 150, \"Force\": 20, "
+         "\"Speed\": 30, \"IsBlock\": false}"},
+        {PLUGIN, "fine",
+         "{\"DeviceID\": \"2\", \"PluginName\": \"Zanther2F\", \"Position\": 50, \"Force\": 20, "
+         "\"Speed\": 30, \"IsBlock\": true}"}};
+    QVERIFY(ProgramFile::write(path, stored, error));
+    QVERIFY2(panel_->open_program(path), qPrintable(panel_->status()));
     QCOMPARE(script(0), line_for("3, 150, 20, 30, false"));
-    QCOMPARE(script(1), line_for("2, 50, 20, 30, true"));
     QVERIFY(!panel_->check_step(0));
     QVERIFY2(panel_->status().contains("position does not match the configuration information"),
              qPrintable(panel_->status()));
     QVERIFY(panel_->check_step(1));
-
-    const QString saved = folder_.filePath("saved.json");
-    QVERIFY(panel_->save_program(saved));
-    QVector<StoredStep> stored;
-    QVERIFY(ProgramFile::read(saved, stored, error));
+    QVERIFY(panel_->save_program(path));
+    QVERIFY(ProgramFile::read(path, stored, error));
     QCOMPARE(stored.size(), 2);
     QCOMPARE(stored[0].alias, QString("wide"));
-    QCOMPARE(stored[0].json, migrated);
 
-    const QString foreign = folder_.filePath("foreign.json");
-    QVERIFY(ProgramFile::write(foreign, {stored[0], {"Other", "x", "{}"}}, error));
-    QVERIFY(!panel_->open_program(foreign));
+    QVERIFY(ProgramFile::write(path, {stored[0], {"Other", "x", "{}"}}, error));
+    QVERIFY(!panel_->open_program(path));
     QVERIFY2(panel_->status().contains("step 2 (x): no plug-in named \"Other\" is loaded"),
              qPrintable(panel_->status()));
     QCOMPARE(panel_->steps().count(), 2);
     QCOMPARE(script(1), line_for("2, 50, 20, 30, true"));
 }
 
-void ProgramPanelTest::runs_pause_and_stop_or_end_at_a_failing_line() {
+void EmulatorWindowTest::runs_pause_and_stop_or_end_at_a_failing_line() {
     ProgramRunner& runner = panel_->runner();
     QWidget* page = window_->plugin_page(PLUGIN);
     QSignalSpy started(&runner, &ProgramRunner::line_started);
     QSignalSpy finished(&runner, &ProgramRunner::line_finished);
     QSignalSpy ended(&runner, &ProgramRunner::program_ended);
 
-    // Pause, Resume and a completed run are in the tour.
     QVERIFY(!runner.run({}));
     QVERIFY(runner.run(lines({"gripper_isConnect|1", "gripper_isConnect|2"})));
     QVERIFY(!runner.run(lines({"gripper_isConnect|1"})));
@@ -221,14 +277,14 @@ void ProgramPanelTest::runs_pause_and_stop_or_end_at_a_failing_line() {
     QCOMPARE(started.count(), 2);
 }
 
-void ProgramPanelTest::the_console_sends_one_command_at_a_time() {
+// A bare command goes to the first plug-in; the transcript shows what each returned and answered.
+void EmulatorWindowTest::the_console_sends_one_command_at_a_time() {
     ScriptConsole& console = window_->console();
     const QStringList& lines = window_->transcript().lines();
-    QVERIFY(console.send("get_2_finger_gripper_config_info") > 0);
-    QTRY_VERIFY(lines.last().contains(
-        "Zanther2F: get_2_finger_gripper_config_info -> true \"{\"forceEnabled\":true,"
-        "\"forceMax\":100,\"forceMin\":20,\"positionEnabled\":true,\"positionMax\":100,"
-        "\"positionMin\":0,\"speedEnabled\":true,\"speedMax\":100,\"speedMin\":1}\""));
+    const QRegularExpression returned_false(
+        "^\\[ *\\d+\\.\\d{3}\\] Zanther2F: foo\\|1 -> false \"[^\"]*\" \\(\\d+ ms\\)$");
+    QVERIFY(console.send("foo|1") > 0);
+    QTRY_VERIFY2(returned_false.match(lines.last()).hasMatch(), qPrintable(lines.last()));
     QVERIFY(console.send("script_common_interface(\"Zanther2F\", \"gripper_isConnect | 0\")") > 0);
     QTRY_VERIFY(lines.last().contains("Zanther2F: gripper_isConnect | 0 -> true \"i | 0\""));
     QCOMPARE(console.send("script_common_interface("), 0);
@@ -238,5 +294,5 @@ void ProgramPanelTest::the_console_sends_one_command_at_a_time() {
     QCOMPARE(console.send("   "), 0);
 }
 
-QTEST_MAIN(ProgramPanelTest)
-#include "program_panel_test.moc"
+QTEST_MAIN(EmulatorWindowTest)
+#include "emulator_window_test.moc"
