@@ -25,6 +25,9 @@ TEST(DoctorProbe, GrippersOnSerialPortsAreTracedAndReportedInFullAndNothingIsWri
               "255 (any slave answers)\n",
           "] " + port + " <- 01 03 02 00 01 79 84   slave 1: device id 1, CRC ok\n",
           "] " + port + " -> 01 03 0A 02 00 01 ", std::string("slave 1: firmware 1.2, CRC ok\n"),
+          std::string(
+              " -> FF FE FD FC 00 12 01 00 00 00 00 00 00 FB   frame read of 12/01 (device id) "
+              "for gripper 0\n"),
           std::string("slave 1: model code 0x1000, model series 3, CRC ok\n"),
           port +
               "\n  link          serial port, 115200 baud 8N1\n"

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
-#include <thread>
 
 #include "tests/test_support/fd_stream.h"
 #include "tests/test_support/wait_until.h"
@@ -175,36 +173,6 @@ TEST_F(CustomTcpTest, DamagedAndLateAnswersShowTheirFault) {
     ASSERT_TRUE(wait_until([&] { return 3 == simulator_.snapshot(1).frames_received; }));
     EXPECT_EQ(answers, simulator_.snapshot(1).answers_sent);
     EXPECT_EQ(kIdAnswer, client_.read(14));
-}
-
-TEST_F(CustomTcpTest, ControlCallsAreSafeWhileTrafficFlows) {
-    gripper_sim::GripperOptions options = quick_options();
-    options.late_ms = 5;
-    start(options);
-    initialise();
-    std::atomic<bool> done{false};
-    std::thread traffic([&] {
-        for (int i = 0; !done; ++i) {
-            client_.write(frame(kId, 0x06, 0x02, i % 2 == 0 ? kRead : kWrite, i % 100));
-            client_.read(14, std::chrono::milliseconds(20));
-        }
-    });
-    const Fault faults[] = {Fault::late, Fault::garbage, Fault::silent, Fault::none};
-    for (int i = 0; i < 200; ++i) {
-        simulator_.set_object(1, i % 3 == 0 ? -1 : i % 100);
-        simulator_.set_fault(1, faults[i % 4]);
-        simulator_.set_trace(i % 50 == 1);
-        simulator_.drop(1);
-        EXPECT_EQ(0u, simulator_.command("state 1").rfind("initialised=1 ", 0));
-        EXPECT_GE(simulator_.snapshot(1).position, 0);
-    }
-    simulator_.set_trace(false);
-    done = true;
-    traffic.join();
-    simulator_.set_fault(1, Fault::none);
-    FdStream fresh = connect_loopback(simulator_.tcp_port(1));
-    ASSERT_TRUE(fresh.write(kIdRequest));
-    EXPECT_EQ(kIdAnswer, fresh.read(14));
 }
 
 }  // namespace
