@@ -4,13 +4,17 @@
 // others are not; steps made, edited, copied and removed through the plug-in's own editor;
 // program files checked, saved and refused whole; Run, Pause and Stop; one command at a time from
 // the console. A completed run, Pause and Resume, old program files and a saved program opened
-// again are in the tour.
+// again are in the tour. Besides the plug-in, a session is made of the simulated grippers in child
+// processes or real grippers in their place, the pictures' blank check and the private settings
+// store.
 
 #include <memory>
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -19,12 +23,14 @@
 #include "platform/abscondinfo.h"
 #include "tools/pendant_emulator/bench_page.h"
 #include "tools/pendant_emulator/dialog_answerer.h"
+#include "tools/pendant_emulator/emulated_grippers.h"
 #include "tools/pendant_emulator/emulator_window.h"
 #include "tools/pendant_emulator/language_catalogue.h"
 #include "tools/pendant_emulator/plugin_folder_loader.h"
 #include "tools/pendant_emulator/private_settings.h"
 #include "tools/pendant_emulator/program_file.h"
 #include "tools/pendant_emulator/program_panel.h"
+#include "tools/pendant_emulator/screenshot.h"
 #include "tools/pendant_emulator/script_console.h"
 #include "tools/pendant_emulator/step_editor_dialog.h"
 
@@ -35,6 +41,12 @@ const QString PLUGIN = "Zanther2F";
 QString line_for(const QString& parameters) {
     return QString("script_common_interface(\"Zanther2F\", \"set_2_finger_gripper_param|%1\")")
         .arg(parameters);
+}
+
+EmulatorOptions simulated(const QString& program = GRIPPER_SIM) {
+    EmulatorOptions options;
+    options.simulator_program = program;
+    return options;
 }
 
 }  // namespace
@@ -50,6 +62,10 @@ private slots:
     void program_files_are_checked_saved_and_refused_whole();
     void runs_pause_and_stop_or_end_at_a_failing_line();
     void the_console_sends_one_command_at_a_time();
+    void grippers_are_simulated_in_child_processes_or_real();
+    void blank_pictures_are_told_apart();
+    // Last: it points the settings away from the window's private folder.
+    void settings_stay_in_the_private_folder();
 
 private:
     QWidget* editor();
@@ -292,6 +308,77 @@ void EmulatorWindowTest::the_console_sends_one_command_at_a_time() {
     QVERIFY(console.send("script_common_interface(\"Nope\", \"x\")") > 0);
     QTRY_VERIFY(lines.last().endsWith("Nope: x -> not run: no plug-in named \"Nope\" is loaded"));
     QCOMPARE(console.send("   "), 0);
+}
+
+// The tour drives the simulators; here what the bench says when it cannot.
+void EmulatorWindowTest::grippers_are_simulated_in_child_processes_or_real() {
+    QTemporaryDir logs;
+    EmulatedGrippers grippers;
+    QString error;
+    QVERIFY2(grippers.start(simulated(), logs.path(), error), qPrintable(error));
+    const BenchGripper* first = grippers.gripper(1);
+    QCOMPARE(first->connect_command(), "gripper_connect_usb|1," + first->address);
+    BenchPage bench(grippers);
+    QVERIFY(bench.simulator_command(1, "state").startsWith("initialised=0 position=0"));
+    QCOMPARE(bench.simulator_command(1, "drop"), QString("error: gripper 1 holds no object"));
+    QCOMPARE(bench.simulator_command(3, "state"), QString("error: gripper 3 is not simulated"));
+    QVERIFY(QFileInfo::exists(logs.filePath("gripper-sim-2.log")));
+    grippers.stop();
+    QTRY_VERIFY(!QFileInfo::exists(first->address));
+    QVERIFY(bench.simulator_command(1, "state").startsWith("error: "));
+
+    EmulatorOptions real = simulated();
+    real.usb_device = "/dev/ttyUSB7";
+    real.tcp_address = "192.168.1.29:8888";
+    EmulatedGrippers real_grippers;
+    QVERIFY(real_grippers.start(real, QString(), error));
+    QCOMPARE(real_grippers.gripper(1)->connect_command(),
+             QString("gripper_connect_usb|1,/dev/ttyUSB7"));
+    QCOMPARE(real_grippers.gripper(2)->connect_command(),
+             QString("gripper_connect_tcp|2,192.168.1.29:8888"));
+    QVERIFY(real_grippers.gripper(1)->simulator == nullptr &&
+            real_grippers.gripper(2)->simulator == nullptr);
+    const QString failing[][2] = {
+        {"/nonexistent/gripper-sim", "cannot start /nonexistent/gripper-sim"},
+        {"/bin/echo", "did not announce its port (it said \"--object 600"},
+    };
+    for (const auto& row : failing) {
+        EmulatedGrippers none;
+        QVERIFY(!none.start(simulated(row[0]), QString(), error));
+        QVERIFY2(error.contains(row[1]), qPrintable(error));
+    }
+}
+
+void EmulatorWindowTest::blank_pictures_are_told_apart() {
+    QImage white(200, 100, QImage::Format_ARGB32);
+    white.fill(Qt::white);
+    QVERIFY(Screenshot::blank(white));
+    QLabel label("Object detected");
+    label.resize(200, 100);
+    QVERIFY(!Screenshot::blank(Screenshot::take(&label)));
+    QString error;
+    QWidget empty;
+    empty.resize(50, 50);
+    QVERIFY(!Screenshot::save(&empty, folder_.filePath("empty.png"), error));
+    QCOMPARE(error, "the picture " + folder_.filePath("empty.png") + " is blank");
+}
+
+void EmulatorWindowTest::settings_stay_in_the_private_folder() {
+    QTemporaryDir user_config;
+    qputenv("XDG_CONFIG_HOME", user_config.path().toUtf8());
+    QString folder;
+    {
+        PrivateSettings settings;
+        QVERIFY(settings.valid());
+        folder = settings.path();
+        settings.set_resolution(QSize(1280, 800));
+        QCOMPARE(QSettings("orlape", "orlape_system").value("Displays/Resolution").toString(),
+                 QString("1280*800"));
+        QVERIFY(QFileInfo::exists(settings.path() + "/user/orlape/orlape_system.conf"));
+        QVERIFY(QFileInfo(settings.shared_folder()).isDir());
+    }
+    QVERIFY(QDir(user_config.path()).isEmpty());
+    QVERIFY(!QFileInfo::exists(folder));
 }
 
 QTEST_MAIN(EmulatorWindowTest)
