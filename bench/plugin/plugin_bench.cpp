@@ -2,11 +2,14 @@
 // - a script query ("get_gripper_status") in microseconds, in-process, gripper connected;
 // - loading the library plus createUI in milliseconds, each in a fresh process;
 // - a script thread waiting in a blocking move: its CPU share of one core, and how soon it
-//   returns after a stop and after the gripper reports arrival.
+//   returns after a stop (the serial gripper answering, or silent mid-move) and after the
+//   gripper reports arrival.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QProcess>
 #include <QStringList>
+#include <QTemporaryDir>
 
 #include <pthread.h>
 #include <time.h>
@@ -63,11 +66,12 @@ void note_arrival(QtMsgType type, const QMessageLogContext& context, const QStri
 // A blocking move sent from a script thread of its own; records when the command returned.
 class WaitingMove {
 public:
-    WaitingMove(ExtensionSystem::IPlugin* plugin, int position)
-        : thread_([this, plugin, position] {
+    WaitingMove(ExtensionSystem::IPlugin* plugin, int position, int gripper = 1)
+        : thread_([this, plugin, position, gripper] {
               QString answer;
               plugin->pluginCommonInterface(
-                  QStringLiteral("set_gripper_position|1,%1,true").arg(position), answer);
+                  QStringLiteral("set_gripper_position|%1,%2,true").arg(gripper).arg(position),
+                  answer);
               returned_at_ = Clock::now();
               done_ = true;
           }) {}
@@ -148,6 +152,53 @@ void measure_stops(PluginSession& session, std::vector<double>& stops) {
     }
 }
 
+// Stops while a Modbus gripper on a pseudo-terminal (reached through a link, as a by-id name
+// is) hangs mid-move: its line stays open and it answers nothing, so an exchange holds the
+// driver lock when the stop comes.
+void measure_silent_stops(PluginSession& session, gripper_sim::Simulator& simulator) {
+    gripper_sim::GripperOptions options;
+    options.init_ms = 50;
+    options.position_max = 1000;
+    options.full_stroke_ms = kStrokeMs;
+    const int serial = simulator.add_modbus_pty(options);
+    QTemporaryDir folder;
+    const QString link = folder.filePath(QStringLiteral("ttyGripper"));
+    QFile::link(QString::fromStdString(simulator.endpoint(serial)), link);
+    session.send(QStringLiteral("gripper_connect_usb|2,%1").arg(link));
+    session.send(QStringLiteral("gripper_active|2"));
+    if (!session.send_until(QStringLiteral("gripper_isActivate|2"), QStringLiteral("i | 1"),
+                            15000)) {
+        std::fprintf(stderr, "the serial gripper did not activate\n");
+        return;
+    }
+    std::vector<double> stops;
+    for (int run = 0; run < kStopRuns / 2; ++run) {
+        session.plugin()->initParms();
+        const int target = run % 2 == 0 ? 0 : 100;
+        WaitingMove move(session.plugin(), target, 2);
+        // The move has been accepted: the command waits for its end.
+        PluginSession::run_events_until(
+            [&] {
+                const gripper_sim::GripperSnapshot now = simulator.snapshot(serial);
+                return 0 == now.motion_state && target * 10 == now.target;
+            },
+            5000);
+        simulator.set_fault(serial, gripper_sim::Fault::silent);
+        PluginSession::run_events_until([] { return false; }, 150);
+        const Clock::time_point stop_at = Clock::now();
+        session.plugin()->stopPlugin();
+        PluginSession::run_events_until([&] { return move.done(); }, 5000);
+        stops.push_back(micros_between(stop_at, move.returned_at()));
+        simulator.set_fault(serial, gripper_sim::Fault::none);
+        PluginSession::run_events_until([] { return false; }, 1500);
+    }
+    std::printf(
+        "| blocking move: stopPlugin -> command returns, serial gripper silent, %zu stops | "
+        "%.0f µs | %.0f µs (max) |\n",
+        stops.size(), percentile(stops, 0.5), percentile(stops, 1.0));
+    session.send(QStringLiteral("gripper_disconnect|2"));
+}
+
 void measure_arrivals(PluginSession& session) {
     std::vector<double> micros;
     session.plugin()->initParms();
@@ -200,6 +251,7 @@ int run_benchmarks(const QString& program) {
         "%.0f µs (max) |\n",
         stops.size(), percentile(stops, 0.5), percentile(stops, 1.0));
     measure_arrivals(session);
+    measure_silent_stops(session, simulator);
     std::printf("| script thread waiting in a blocking move, %d ms | %.3f %% of a core | |\n",
                 kCpuWindowMs, share);
     session.send(QStringLiteral("gripper_disconnect|1"));

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "gripper/gripper_protocol/gripper_protocol/gripper_protocol.h"
+#include "tests/test_support/fd_stream.h"
 #include "tests/test_support/log_capture.h"
 
 typedef GripperProtocol GP;
@@ -18,13 +19,7 @@ typedef AbstractPackageData Record;
 
 // Bytes from text such as "01 03 02 02 00 01 24 72".
 inline std::vector<uint8_t> frame(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<uint8_t> bytes;
-    unsigned int byte = 0;
-    while (stream >> std::hex >> byte) {
-        bytes.push_back(static_cast<uint8_t>(byte));
-    }
-    return bytes;
+    return hex(text);
 }
 
 // "01 03 02"; the inverse of frame().

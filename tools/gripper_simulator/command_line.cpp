@@ -33,10 +33,10 @@ bool set_number(const std::string& text, long low, long high, Field& field) {
 }
 
 bool takes_value(const std::string& flag) {
-    static const char* const kFlags[] = {"--tcp",          "--control",  "--id",      "--model",
-                                         "--version",      "--object",   "--init-ms", "--stroke-ms",
-                                         "--position-max", "--late-ms",  "--fault",   "--announce",
-                                         "--baud",         "--window-us"};
+    static const char* const kFlags[] = {
+        "--tcp",    "--control",  "--id",        "--model",        "--version",
+        "--object", "--init-ms",  "--stroke-ms", "--position-max", "--late-ms",
+        "--fault",  "--announce", "--baud",      "--window-us",    "--link"};
     for (const char* known : kFlags) {
         if (flag == known) {
             return true;
@@ -75,48 +75,51 @@ bool CommandLine::parse(const std::vector<std::string>& args) {
 
 std::string CommandLine::usage() {
     std::ostringstream text;
-    text << "Usage: gripper-sim [--trace] [--control SOCKET] [OPTIONS] GRIPPER [[OPTIONS] GRIPPER "
-            "...]\n"
-            "\n"
-            "Simulates two-finger grippers on pseudo-terminals and loopback TCP ports.\n"
-            "Prints one line per gripper: \"PTY is /dev/pts/N\" or \"TCP is 127.0.0.1:PORT\".\n"
-            "Reads control commands from stdin (and SOCKET), one per line; stops on SIGINT,\n"
-            "SIGTERM or the command quit, not at the end of stdin.\n"
-            "\n"
-            "Grippers:\n"
-            "  --modbus            Modbus RTU gripper on a new pty\n"
-            "  --custom-pty        custom-frame gripper on a new pty\n"
-            "  --tcp PORT          custom-frame gripper on 127.0.0.1:PORT (0: a free port)\n"
-            "\n"
-            "Options for the gripper flag that follows them:\n"
-            "  --id N              slave id / custom id byte, 1-247 (default 1)\n"
-            "  --model CODE        Modbus model code, register 0x0A00 (default 0x1000)\n"
-            "  --version V         Modbus version register 0x0A02 (e.g. 0x0102), or with dots\n"
-            "                      the custom version bytes (e.g. 1.2.1.4; default 1.2.1.3)\n"
-            "  --position-max N    register value of the full stroke (default 1000 for Modbus,\n"
-            "                      100 for custom frames)\n"
-            "  --object POS|none   object that stops the fingers at register position POS\n"
-            "  --init-ms MS        duration of the initialisation (default 300)\n"
-            "  --stroke-ms MS      duration of a full stroke at speed 100 (default 1000)\n"
-            "  --late-ms MS        delay of the late fault (default 250)\n"
-            "  --baud RATE         answer like a line at RATE baud, 8N1: each byte no earlier\n"
-            "                      than its time on the wire (default 0: at once)\n"
-            "  --window-us US      with --baud: hand bytes over in windows of US microseconds,\n"
-            "                      as a USB serial adapter does (default 0: byte by byte)\n"
-            "  --fault NAME        start with a fault: "
-         << fault_names()
-         << "\n"
-            "  --announce FILE     file that receives \"PTY is <path>\" (pty grippers; default\n"
-            "                      /tmp/pts for the first pty gripper, none for others; - for "
-            "none)\n"
-            "\n"
-            "General:\n"
-            "  --trace             hex trace of every frame on stderr\n"
-            "  --control SOCKET    also serve the control commands on a unix socket\n"
-            "  --help, -h          this text\n"
-            "\n"
-            "Control commands: help, list, state N, fault N NAME, object N POS|none,\n"
-            "drop N [next], trace on|off, quit\n";
+    text
+        << "Usage: gripper-sim [--trace] [--control SOCKET] [OPTIONS] GRIPPER [[OPTIONS] GRIPPER "
+           "...]\n"
+           "\n"
+           "Simulates two-finger grippers on pseudo-terminals and loopback TCP ports.\n"
+           "Prints one line per gripper: \"PTY is /dev/pts/N\" or \"TCP is 127.0.0.1:PORT\".\n"
+           "Reads control commands from stdin (and SOCKET), one per line; stops on SIGINT,\n"
+           "SIGTERM or the command quit, not at the end of stdin.\n"
+           "\n"
+           "Grippers:\n"
+           "  --modbus            Modbus RTU gripper on a new pty\n"
+           "  --custom-pty        custom-frame gripper on a new pty\n"
+           "  --tcp PORT          custom-frame gripper on 127.0.0.1:PORT (0: a free port)\n"
+           "\n"
+           "Options for the gripper flag that follows them:\n"
+           "  --id N              slave id / custom id byte, 1-247 (default 1)\n"
+           "  --model CODE        Modbus model code, register 0x0A00 (default 0x1000)\n"
+           "  --version V         Modbus version register 0x0A02 (e.g. 0x0102), or with dots\n"
+           "                      the custom version bytes (e.g. 1.2.1.4; default 1.2.1.3)\n"
+           "  --position-max N    register value of the full stroke (default 1000 for Modbus,\n"
+           "                      100 for custom frames)\n"
+           "  --object POS|none   object that stops the fingers at register position POS\n"
+           "  --init-ms MS        duration of the initialisation (default 300)\n"
+           "  --stroke-ms MS      duration of a full stroke at speed 100 (default 1000)\n"
+           "  --late-ms MS        delay of the late fault (default 250)\n"
+           "  --baud RATE         answer like a line at RATE baud, 8N1: each byte no earlier\n"
+           "                      than its time on the wire (default 0: at once)\n"
+           "  --window-us US      with --baud: hand bytes over in windows of US microseconds,\n"
+           "                      as a USB serial adapter does (default 0: byte by byte)\n"
+           "  --fault NAME        start with a fault: "
+        << fault_names()
+        << "\n"
+           "  --announce FILE     file that receives \"PTY is <path>\" (pty grippers; default\n"
+           "                      /tmp/pts for the first pty gripper, none for others; - for "
+           "none)\n"
+           "  --link PATH         keep a symbolic link PATH to the pty (pty grippers): gone while\n"
+           "                      the pty has vanished, back when it returns, as by-id names\n"
+           "\n"
+           "General:\n"
+           "  --trace             hex trace of every frame on stderr\n"
+           "  --control SOCKET    also serve the control commands on a unix socket\n"
+           "  --help, -h          this text\n"
+           "\n"
+           "Control commands: help, list, state N, fault N NAME, object N POS|none,\n"
+           "drop N [next], trace on|off, quit\n";
     return text.str();
 }
 
@@ -165,6 +168,9 @@ bool CommandLine::gripper_option(const std::string& flag, const std::string& val
         ok = set_number(value, 0, kLongestMs * 1000, options.window_us);
     } else if (flag == "--fault") {
         ok = parse_fault(value, pending_.fault);
+    } else if (flag == "--link") {
+        pending_.link = value;
+        ok = !value.empty();
     } else {
         ok = pending_.announce_given = true;
         pending_.announce_file = value == "-" ? std::string() : value;
@@ -201,6 +207,7 @@ void CommandLine::add_gripper(Wire wire, bool tcp, uint16_t port) {
         const bool first_default = !pending_.announce_given && !default_announce_taken_;
         setup.announce_file = first_default ? kDefaultAnnounceFile : pending_.announce_file;
         default_announce_taken_ = default_announce_taken_ || first_default;
+        setup.link = pending_.link;
     }
     grippers_.push_back(setup);
     pending_ = Pending();

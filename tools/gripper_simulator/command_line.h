@@ -16,6 +16,7 @@ struct GripperSetup {
     GripperOptions options;
     Fault fault = Fault::none;
     std::string announce_file;  // pty grippers only; empty: none
+    std::string link;           // pty grippers only: symbolic link kept to the pty; empty: none
 };
 
 // The command line of gripper-sim. Gripper options (--id, --model, ...) collect until the next
@@ -40,6 +41,7 @@ private:
         bool position_max_given = false;
         bool announce_given = false;
         std::string announce_file;
+        std::string link;
         bool any = false;
     };
 

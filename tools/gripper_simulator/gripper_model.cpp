@@ -171,7 +171,19 @@ GripperSnapshot GripperModel::snapshot() const {
                            held_at(now),
                            0,
                            0,
-                           0};
+                           0,
+                           stroke_end().time_since_epoch().count()};
+}
+
+// The fingers reach the end of the travel when they have moved its whole span.
+GripperModel::Clock::time_point GripperModel::stroke_end() const {
+    const int span = std::abs(travel_.to - travel_.from);
+    if (full_stroke_ms_ == 0 || span == 0 || travel_.units_per_ms <= 0.0) {
+        return travel_.start;
+    }
+    return travel_.start +
+           std::chrono::duration_cast<Clock::duration>(
+               std::chrono::duration<double, std::milli>(span / travel_.units_per_ms));
 }
 
 bool GripperModel::initialised_at(Clock::time_point now) const {

@@ -58,6 +58,7 @@ private:
         double units_per_ms;
     };
 
+    Clock::time_point stroke_end() const;
     bool initialised_at(Clock::time_point now) const;
     bool initialising_at(Clock::time_point now) const;
     int position_at(Clock::time_point now) const;

@@ -31,6 +31,7 @@ bool start_gripper(Simulator& simulator, const GripperSetup& setup) {
     }
     if (!setup.tcp) {
         simulator.set_announce_file(n, setup.announce_file);
+        simulator.set_link(n, setup.link);
     }
     if (setup.fault != Fault::none) {
         simulator.set_fault(n, setup.fault);

@@ -46,6 +46,7 @@ SimulatedGripper::~SimulatedGripper() {
         wake();
         thread_.join();
     }
+    remove_link();
     if (wake_fd_ >= 0) {
         ::close(wake_fd_);
     }
@@ -88,6 +89,16 @@ bool SimulatedGripper::drop() {
 
 void SimulatedGripper::drop_during_next_exchange() {
     call([this] { drop_armed_ = true; });
+}
+
+void SimulatedGripper::set_link(const std::string& path) {
+    call([this, path] {
+        remove_link();
+        link_ = path;
+        if (port_->is_open()) {
+            place_link();
+        }
+    });
 }
 
 void SimulatedGripper::set_announce_file(const std::string& file) {
@@ -267,6 +278,7 @@ void SimulatedGripper::apply_fault(Fault fault) {
     fault_ = fault;
     if (fault == Fault::vanish) {
         port_->close();
+        remove_link();
         forget_traffic();
         console().info("g{} vanished", number_);
         return;
@@ -298,8 +310,25 @@ void SimulatedGripper::publish_endpoint() {
         tcp_port_ = port_->tcp_port();
         file = announce_file_;
     }
+    place_link();
     if (!file.empty() && std::strcmp(kind_, "pty") == 0 && !announce(file, port_->endpoint())) {
         console().error("g{} cannot write the announce file {}", number_, file);
+    }
+}
+
+void SimulatedGripper::place_link() {
+    if (link_.empty() || std::strcmp(kind_, "pty") != 0) {
+        return;
+    }
+    ::unlink(link_.c_str());
+    if (::symlink(port_->endpoint().c_str(), link_.c_str()) != 0) {
+        console().error("g{} cannot make the link {}", number_, link_);
+    }
+}
+
+void SimulatedGripper::remove_link() {
+    if (!link_.empty()) {
+        ::unlink(link_.c_str());
     }
 }
 

@@ -47,6 +47,8 @@ public:
     void drop_during_next_exchange();
     // Where the pty's slave path is announced, now and after every reopening; empty for none.
     void set_announce_file(const std::string& file);
+    // The symbolic link kept to the pty while it is there; empty for none.
+    void set_link(const std::string& path);
     GripperSnapshot snapshot() const;
 
 private:
@@ -68,6 +70,8 @@ private:
     void apply_fault(Fault fault);
     void forget_traffic();
     void publish_endpoint();
+    void place_link();
+    void remove_link();
 
     const int number_;
     const Wire wire_;
@@ -94,6 +98,7 @@ private:
     std::string endpoint_;
     uint16_t tcp_port_ = 0;
     std::string announce_file_;
+    std::string link_;
     std::thread thread_;
 };
 

@@ -136,6 +136,12 @@ void Simulator::set_announce_file(int n, const std::string& file) {
     }
 }
 
+void Simulator::set_link(int n, const std::string& path) {
+    if (auto* gripper = impl_->find(n)) {
+        gripper->set_link(path);
+    }
+}
+
 bool Simulator::quit_requested() const {
     return impl_->quit;
 }

@@ -59,6 +59,10 @@ public:
     // Writes "PTY is <path>" to `file` now and after every reopening of gripper n's pty; an
     // empty name stops it. Ignored for TCP grippers.
     void set_announce_file(int n, const std::string& file);
+    // Keeps a symbolic link at `path` to gripper n's pty while it is there: removed when the pty
+    // vanishes, made again to the new pty when it comes back, as a /dev/serial/by-id name follows
+    // a re-plugged adapter; removed at exit. An empty path stops it. Ignored for TCP grippers.
+    void set_link(int n, const std::string& path);
     // True once the control command "quit" has been run.
     bool quit_requested() const;
 

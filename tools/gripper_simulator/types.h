@@ -52,6 +52,8 @@ struct GripperSnapshot {
     long frames_received;        // well-formed frames received, whoever they were for
     long answers_sent;           // frames written: answers (faulty ones too) and the dropped frame
     long drop_acknowledgements;  // custom frames: acknowledgements of a dropped object received
+    // When the last stroke ends or ended: nanoseconds of the monotonic clock (steady_clock).
+    long long stroke_end_ns;
 };
 
 }  // namespace gripper_sim

@@ -74,6 +74,7 @@ void Tour::run() {
               run_stage("run it: close on the object, open; pause and resume", &Tour::stage_run) &&
               run_stage("stop a run during a move", &Tour::stage_stop) &&
               run_stage("the object is lost; a link breaks and is restored", &Tour::stage_faults) &&
+              run_stage("a link resets and comes back by itself", &Tour::stage_reconnect) &&
               run_stage("open the saved program again", &Tour::stage_reopen) &&
               run_stage("disconnect", &Tour::stage_disconnect);
     finish();
@@ -312,6 +313,38 @@ bool Tour::lose_and_restore_link() {
            checks_.expect("gripper_disconnect|2", DONE) &&
            checks_.expect(window_.grippers().gripper(2)->connect_command(), DONE) &&
            checks_.expect("gripper_isConnect|2", YES);
+}
+
+// Gripper 2's TCP server resets and listens again on its port. With "Reconnect automatically"
+// ticked for it (the Setting tab shows gripper 2, connected last), the plug-in connects it again
+// by itself; the box is cleared afterwards.
+bool Tour::stage_reconnect() {
+    return checks_.show_page_tab("Setting") && tick_reconnect_box(true) &&
+           checks_.simulator_does(2, "fault vanish") &&
+           checks_.wait([&] { return checks_.page_status("Setting").startsWith("Reconnecting"); },
+                        STATE_TIMEOUT_MS, "the Setting tab showing \"Reconnecting\"") &&
+           checks_.expect("gripper_isConnect|2", DONE) &&
+           checks_.picture("10-reconnecting", &window_) &&
+           checks_.simulator_does(2, "fault none") &&
+           checks_.wait([&] { return !checks_.page_status("Setting").startsWith("Reconnecting"); },
+                        STATE_TIMEOUT_MS, "gripper 2 connected again by itself") &&
+           checks_.expect("gripper_isConnect|2", YES) &&
+           checks_.expect("gripper_isActivate|2", YES) && tick_reconnect_box(false);
+}
+
+bool Tour::tick_reconnect_box(bool checked) {
+    QWidget* page = checks_.page();
+    QWidget* setting = page ? page->findChild<QWidget*>("widget_setting_") : nullptr;
+    auto* box = setting ? setting->findChild<QCheckBox*>("check_box_reconnect_") : nullptr;
+    if (box == nullptr) {
+        return checks_.fail("no \"Reconnect automatically\" box on the Setting tab");
+    }
+    if (box->isChecked() != checked) {
+        QTest::mouseClick(box, Qt::LeftButton, Qt::NoModifier, QPoint(4, box->height() / 2));
+    }
+    return box->isChecked() == checked ||
+           checks_.fail(
+               QString("\"Reconnect automatically\" not %1").arg(checked ? "ticked" : "cleared"));
 }
 
 bool Tour::stage_reopen() {

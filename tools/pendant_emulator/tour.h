@@ -13,11 +13,12 @@ class EmulatorWindow;
 
 // The scripted tour of the gripper plug-in in the emulator: load, connect both grippers by
 // script, activate, insert and save a two-step program, run it (close on an object, open) with
-// a pause, stop a run during a move, lose the object, break and restore a link, open the saved
-// program again, disconnect. Each stage checks what it should have done and leaves a picture;
-// the transcript keeps every command with its answer. The tour ends the application with 0
-// only when every stage passed (or leaves the window open with keep_open).
-// After activating, one stage shows the page in Simplified Chinese.
+// a pause, stop a run during a move, lose the object, break and restore a link, let a link
+// come back by itself with "Reconnect automatically", open the saved program again, disconnect.
+// Each stage checks what it should have done and leaves a picture; the transcript keeps every
+// command with its answer. The tour ends the application with 0 only when every stage passed (or
+// leaves the window open with keep_open). After activating, one stage shows the page in
+// Simplified Chinese.
 class Tour : public QObject {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ private:
     bool stage_run();
     bool stage_stop();
     bool stage_faults();
+    bool stage_reconnect();
     bool stage_reopen();
     bool stage_disconnect();
 
@@ -49,6 +51,8 @@ private:
     bool wait_for_program_end(int timeout_ms);
     bool check_old_program();
     bool lose_and_restore_link();
+    // Clicks "Reconnect automatically" on the Setting tab until it shows checked.
+    bool tick_reconnect_box(bool checked);
     // The position of gripper 1's fingers as the simulator has them, as the page writes it.
     QString held_position();
     void finish();

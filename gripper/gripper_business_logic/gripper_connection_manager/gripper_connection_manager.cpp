@@ -42,6 +42,7 @@ GripperLogicControl* GripperConnectionManager::create(
         private_->abandon(device);
         return nullptr;
     }
+    device->set_link_parameters(parameters);
     device->start_loop_update();
     device->set_communication_status(GripperCommunication::CS_CONNECTED);
     return device;

@@ -13,6 +13,8 @@ namespace {
 
 typedef std::lock_guard<GripperDriverMutex> DriverLock;
 
+std::atomic<int> s_live_count(0);
+
 struct Static {
     std::map<GripperLogicControl::GripperStatus, std::string> map_gripper_status_{
         {GripperLogicControl::GS_UNDEFINE, "GS_UNDEFINE"},
@@ -45,9 +47,12 @@ bool accepts_activation(GripperLogicControl::GripperStatus status) {
 GripperLogicControl::NotifyInterface::~NotifyInterface() {}
 
 GripperLogicControl::GripperLogicControl()
-    : gripper_protocol_(nullptr), private_(new GripperLogicControlPrivate(this)) {}
+    : gripper_protocol_(nullptr), private_(new GripperLogicControlPrivate(this)) {
+    ++s_live_count;
+}
 
 GripperLogicControl::~GripperLogicControl() {
+    --s_live_count;
     delete gripper_protocol_;
     gripper_protocol_ = nullptr;
 }
@@ -282,9 +287,20 @@ void GripperLogicControl::remove_notify_interface(NotifyInterface* notify) {
     }
 }
 
+void GripperLogicControl::detach_notify_interface(NotifyInterface* notify) {
+    std::lock_guard<std::mutex> list_lock(private_->notify_mutex_);
+    auto& observers = private_->notify_interfaces_;
+    observers.erase(std::remove(observers.begin(), observers.end(), notify), observers.end());
+}
+
+int GripperLogicControl::live_count() {
+    return s_live_count.load();
+}
+
 void GripperLogicControl::tear_down() {
     GripperOperationLock lock(*private_);
     stop_loop_update();
+    private_->recovery_.end();
     set_gripper_status(GS_UNDEFINE);
     set_communication_status(CS_DISCONNECTED);
     close();

@@ -29,6 +29,8 @@ public:
     };
 
     static const uint8_t INVALID_ID = 255;
+    // Update period while a move is pending, as specified; faster choices are 50 and 20 ms.
+    static const int32_t DEFAULT_MOVE_PERIOD = 100;
 
     // Observers are called on the thread that made the change, with the driver's lock held.
     class NotifyInterface {
@@ -101,7 +103,26 @@ public:
     void add_notify_interface(NotifyInterface* notify);
     // Waits for a notification in progress; once it returns, the observer is not called again.
     void remove_notify_interface(NotifyInterface* notify);
+    // Does not wait for an exchange or a notification in progress: a call that began before may
+    // still reach the observer, so the caller retires it to the ObjectKeeper instead of freeing.
+    void detach_notify_interface(NotifyInterface* notify);
     void set_gripper_communication(GripperCommunication* communication);
+
+    // Automatic reconnect, off by default: when the link fails, the update thread closes it and
+    // opens it again with the parameters of the last connect, running the handshake, check and
+    // sync of a connect, until the gripper answers or the driver is torn down. While it does,
+    // the communication status is CS_DISCONNECTED and the gripper status GS_UNDEFINE.
+    void set_reconnect(bool enabled);
+    bool reconnect() const;
+    bool reconnecting() const;
+    // Reopening tries since the link was lost.
+    int reconnect_tries() const;
+    // The parameters of a successful connect: the connection manager stores them.
+    void set_link_parameters(const std::vector<std::string>& parameters);
+    // The update period while a move is pending: DEFAULT_MOVE_PERIOD, 50 or 20 ms; other values
+    // are refused with a log line.
+    bool set_move_period(int32_t millis);
+    int32_t move_period() const;
 
     void start_loop_update();
     void stop_loop_update();
@@ -115,6 +136,8 @@ public:
     bool buffer_drop();
     bool wait_for_length_available(int length, int millis);
 
+    // Drivers made and not yet destroyed in this process.
+    static int live_count();
     static std::string gripper_status_to_string(GripperStatus status);
     static GripperStatus string_to_gripper_status(const std::string& text);
 

@@ -32,6 +32,7 @@ GripperLogicControlPrivate::GripperLogicControlPrivate(GripperLogicControl* pare
       first_exhaustion_(true),
       move_pending_(false),
       arrived_seen_(false),
+      move_period_(GripperLogicControl::DEFAULT_MOVE_PERIOD),
       initialize_(0),
       communication_status_(GripperCommunication::CS_UNDEFINE),
       gripper_status_(GripperLogicControl::GS_UNDEFINE),
@@ -93,6 +94,7 @@ std::vector<uint8_t> GripperLogicControlPrivate::exchange(bool set,
     // A command is answered by its echo, a read-back by a read answer.
     const int length = set ? protocol->set_package_length() : protocol->get_package_length();
     std::vector<uint8_t> answer = communication_->write_read(set, length, request);
+    recovery_.note_exchange(!answer.empty());
     if (answer.empty()) {
         GRIPPER_LOG("W", "0 == read_byte_stream.size()");
         GRIPPER_LOG("W", "byte_stream = %s", hex(request).c_str());

@@ -10,7 +10,9 @@
 #include <vector>
 
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_driver_mutex.h"
+#include "gripper/gripper_business_logic/gripper_logic_control/gripper_link_recovery.h"
 #include "gripper/gripper_business_logic/gripper_logic_control/gripper_logic_control.h"
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_communication_control/gripper_descriptor_link/gripper_byte_arrival.h"
 
 // State of a driver and the steps its public operations are made of. Every operation here runs
@@ -58,6 +60,10 @@ public:
     // Makes the loop look at its stop flag and its pacing now instead of at the end of a pause.
     void wake_loop();
     bool check_update();
+    // The period between cycles: the chosen one while a move is pending, else the idle one.
+    int32_t pending_interval() const;
+    // Link recovery on the update thread; true when it took the loop's turn.
+    bool heal_link();
     void update();
     bool sync_move_feedback();
     void unactivate_feedback();
@@ -97,6 +103,9 @@ public:
     std::atomic<bool> first_exhaustion_;
     std::atomic<bool> move_pending_;
     std::atomic<bool> arrived_seen_;
+    // Update period while a move is pending, in milliseconds.
+    std::atomic<int32_t> move_period_;
+    GripperLinkRecovery recovery_;
     int32_t initialize_;
     std::atomic<GripperCommunication::CommunicationStatus> communication_status_;
     std::atomic<GripperLogicControl::GripperStatus> gripper_status_;
@@ -124,15 +133,22 @@ private:
     bool sync_position_in_cycle();
     bool lock_for_cycle();
     void pause_loop(int32_t millis);
+    bool notice_failure();
+    bool link_failed();
+    void begin_recovery();
+    void try_reconnect();
+    bool reopen();
 
     friend class GripperLogicControl;
 };
 
 // Calls every observer with the driver lock held. It iterates a copy, so that an observer may
-// add or remove observers, and skips one removed meanwhile.
+// add or remove observers, and skips one removed meanwhile. The keeper's section keeps an
+// observer detached meanwhile alive until the call has ended.
 template <typename Call>
 void GripperLogicControlPrivate::notify(Call call) {
     std::lock_guard<GripperDriverMutex> lock(mutex_);
+    const ObjectKeeper::Section section;
     std::vector<GripperLogicControl::NotifyInterface*> observers;
     {
         std::lock_guard<std::mutex> list_lock(notify_mutex_);

@@ -15,7 +15,7 @@ namespace {
 
 typedef std::lock_guard<GripperDriverMutex> DriverLock;
 
-const int32_t FAST_PERIOD = 100;
+const int32_t FAST_PERIOD = GripperLogicControl::DEFAULT_MOVE_PERIOD;
 const int32_t SLOW_PERIOD = 1000;
 const int32_t EXCEPTION_REPORT_INTERVAL = 3000;
 // No pass of an exchange after this one waits for its answer.
@@ -194,6 +194,8 @@ void* GripperLogicControlPrivate::thread_entry(void* private_part) {
     sem_post(&self->semaphore_);
     while (self->thread_loop_) {
         if (self->check_update()) {
+            // What a cycle reads stays allocated until the cycle ends.
+            const ObjectKeeper::Section section;
             self->update();
             sched_yield();
         }
@@ -206,6 +208,9 @@ void* GripperLogicControlPrivate::thread_entry(void* private_part) {
 bool GripperLogicControlPrivate::check_update() {
     const int32_t now = now_millis();
     const int32_t elapsed = elapsed_millis(now, last_update_time_);
+    if (heal_link()) {
+        return false;
+    }
     if (parent_->occur_exception()) {
         // No cycle while the link is broken; say so every few seconds.
         if (elapsed > EXCEPTION_REPORT_INTERVAL) {
@@ -215,13 +220,28 @@ bool GripperLogicControlPrivate::check_update() {
         pause_loop(EXCEPTION_REPORT_INTERVAL - elapsed_millis(now, last_update_time_) + 1);
         return false;
     }
-    update_interval_ = (move_pending_ && arrived_seen_) ? FAST_PERIOD : SLOW_PERIOD;
+    update_interval_ = pending_interval();
     if (elapsed > update_interval_) {
         last_update_time_ = now;
         return true;
     }
     pause_loop(update_interval_ - elapsed + 1);
     return false;
+}
+
+// As specified, a pending move is followed at the fast period only once the gripper has rested
+// arrived through a cycle; a faster choice follows every pending move from its command on. A
+// cycle is due once more than the interval has passed, so a faster choice is given as one
+// millisecond less: its cycles start the chosen period apart.
+int32_t GripperLogicControlPrivate::pending_interval() const {
+    if (!move_pending_) {
+        return SLOW_PERIOD;
+    }
+    const int32_t chosen = move_period_;
+    if (FAST_PERIOD != chosen) {
+        return chosen - 1;
+    }
+    return arrived_seen_ ? FAST_PERIOD : SLOW_PERIOD;
 }
 
 // Sleeps until the next cycle is due, unless a stop or a change of pacing wakes the loop first.

@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "gripper/gripper_common/simple_logger/simple_logger_quiet.h"
+
 namespace {
 std::atomic<simple_logger_fn> g_simple_logger_{nullptr};
 }
@@ -13,7 +15,7 @@ void register_simple_logger(simple_logger_fn fn) {
 void simple_logger(const char* level, const char* file, unsigned int line, const char* format,
                    ...) {
     simple_logger_fn fn = g_simple_logger_.load();
-    if (nullptr == fn) {
+    if (nullptr == fn || SimpleLoggerQuiet::active()) {
         return;
     }
     va_list args;

@@ -28,6 +28,15 @@ GripperByteArrival::~GripperByteArrival() {
     stop_watching();
 }
 
+bool GripperByteArrival::hung_up() const {
+    if (descriptor_ < 0) {
+        return false;
+    }
+    struct pollfd state = {descriptor_, POLLRDHUP, 0};
+    return 1 == poll(&state, 1, 0) &&
+           0 != (state.revents & (POLLHUP | POLLERR | POLLNVAL | POLLRDHUP));
+}
+
 void GripperByteArrival::watch(int descriptor) {
     stop_watching();
     if (descriptor < 0) {

@@ -16,6 +16,8 @@ public:
     // The descriptor to watch; -1 for none.
     void watch(int descriptor);
     bool watching() const { return descriptor_ >= 0; }
+    // True when the descriptor reports a hang-up, a reset or a device that went away.
+    bool hung_up() const;
     // Sleeps until a byte can be read, the peer hangs up, or millis pass; true when woken by
     // the descriptor.
     bool wait_for_first(int millis);

@@ -15,6 +15,14 @@ GripperDevice* GripperGlobal::insert_device() {
 
 GripperGlobal::GripperGlobal() : program_state_(PS_STOPPED) {}
 
+// Made before the pages' workers and the keeper, so destroyed after their threads have ended; a
+// record taken out of the list is its remover's to free (the pages retire it to the keeper).
+GripperGlobal::~GripperGlobal() {
+    for (GripperDevice* device : vector_device_) {
+        delete device;
+    }
+}
+
 bool GripperGlobal::add_device(GripperDevice* device) {
     if (vector_device_.end() != std::find(vector_device_.begin(), vector_device_.end(), device)) {
         GRIPPER_LOG("W", "contain");

@@ -49,6 +49,8 @@ public:
 
 private:
     GripperGlobal();
+    // At exit: frees the records still in the list.
+    ~GripperGlobal();
 
     void notify_list_changed();
     void notify(const std::function<void(NotifyInterface*)>& call);

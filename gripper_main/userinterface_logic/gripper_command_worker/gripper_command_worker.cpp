@@ -5,29 +5,12 @@
 #include "gripper/gripper_business_logic/gripper_connection_manager/gripper_connection_manager.h"
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
 
-namespace {
-
-template <typename T>
-void keep_once(std::vector<std::unique_ptr<T>>& kept, T* object) {
-    if (nullptr == object ||
-        kept.end() != std::find_if(kept.begin(), kept.end(), [object](const std::unique_ptr<T>& k) {
-            return k.get() == object;
-        })) {
-        return;
-    }
-    kept.emplace_back(object);
-}
-
-}  // namespace
-
 GripperCommandWorker& GripperCommandWorker::instance() {
     static GripperCommandWorker worker;
     return worker;
 }
 
-// Made after instance(), so destroyed (its thread ended) before instance() frees what it keeps.
 GripperCommandWorker& GripperCommandWorker::moves() {
-    instance();
     static GripperCommandWorker worker;
     return worker;
 }
@@ -37,6 +20,7 @@ GripperCommandWorker& GripperCommandWorker::moves() {
 GripperCommandWorker::GripperCommandWorker() : running_owner_(nullptr), stopping_(false) {
     GripperConnectionManager::instance();
     GripperGlobal::instance();
+    ObjectKeeper::instance();
     thread_ = std::thread(&GripperCommandWorker::run, this);
 }
 
@@ -50,7 +34,8 @@ GripperCommandWorker::~GripperCommandWorker() {
     thread_.join();
 }
 
-void GripperCommandWorker::post(const void* owner, Work work, Key key) {
+void GripperCommandWorker::post(const void* owner, Work work, Key key,
+                                const ObjectKeeper::Section* held) {
     {
         std::lock_guard<std::mutex> lock(mutex_);
         const auto same =
@@ -61,7 +46,9 @@ void GripperCommandWorker::post(const void* owner, Work work, Key key) {
         if (queue_.end() != same) {
             same->work = std::move(work);
         } else {
-            queue_.push_back(Task{owner, std::move(work), key});
+            queue_.push_back(Task{owner, std::move(work), key,
+                                  nullptr != held ? std::make_shared<ObjectKeeper::Section>(*held)
+                                                  : std::make_shared<ObjectKeeper::Section>()});
         }
     }
     wake_.notify_one();
@@ -75,25 +62,16 @@ void GripperCommandWorker::release(const void* owner) {
     finished_.wait(lock, [this, owner] { return owner != running_owner_; });
 }
 
-void GripperCommandWorker::retire(GripperLogicControl* driver) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    keep_once(retired_drivers_, driver);
-}
-
 size_t GripperCommandWorker::queued() const {
     std::lock_guard<std::mutex> lock(mutex_);
     return queue_.size();
-}
-
-void GripperCommandWorker::keep(GripperDevice* device) {
-    std::lock_guard<std::mutex> lock(mutex_);
-    keep_once(kept_devices_, device);
 }
 
 void GripperCommandWorker::run() {
     Task task;
     while (next(task)) {
         finish(task.work());
+        task = Task();
     }
 }
 

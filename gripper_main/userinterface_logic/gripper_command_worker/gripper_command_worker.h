@@ -7,10 +7,8 @@
 #include <memory>
 #include <mutex>
 #include <thread>
-#include <vector>
 
-class GripperLogicControl;
-struct GripperDevice;
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 
 // Runs the pages' gripper operations one after the other on a thread of its own, so that the
 // interface thread never waits on a gripper exchange. Two run for the pages: instance() for the
@@ -28,10 +26,10 @@ struct GripperDevice;
 // call to a deleted object is discarded). After release(owner) returns, nothing of that owner
 // runs any more.
 //
-// The link worker also keeps the drivers the connection manager destroyed and every device
-// record the pages made (in the registry or removed from it), and frees them only when it ends,
-// at process exit after both workers' threads have stopped: a page, a script command or a queued
-// task that still holds such a pointer never sees it dangle.
+// A task holds an ObjectKeeper section from its post to the end of its completion: a driver or
+// device record it was given when posted stays allocated until it has run. A caller that read
+// such a pointer on a thread where it may be retired meanwhile (any but the interface thread,
+// which retires them itself) passes the section it read it in: the task's counts from there.
 class GripperCommandWorker {
 public:
     typedef std::function<void()> Completion;
@@ -43,10 +41,9 @@ public:
         int kind;
     };
 
-    // The link operations' worker, made on first use and ended at process exit; it keeps the
-    // retired objects.
+    // The link operations' worker, made on first use and ended at process exit.
     static GripperCommandWorker& instance();
-    // The moves' worker; it ends before instance() frees the retired objects.
+    // The moves' worker.
     static GripperCommandWorker& moves();
     // A worker of its own (tests); the pages use instance().
     GripperCommandWorker();
@@ -55,22 +52,19 @@ public:
     GripperCommandWorker(const GripperCommandWorker&) = delete;
     GripperCommandWorker& operator=(const GripperCommandWorker&) = delete;
 
-    void post(const void* owner, Work work, Key key = Key{nullptr, 0});
+    void post(const void* owner, Work work, Key key = Key{nullptr, 0},
+              const ObjectKeeper::Section* held = nullptr);
     // Drops the owner's queued tasks and waits for its running one to end.
     void release(const void* owner);
     // The number of tasks waiting to start.
     size_t queued() const;
-
-    // Takes a driver that the connection manager destroyed; each driver is kept once.
-    void retire(GripperLogicControl* driver);
-    // Takes a device record made for the pages; each record is kept once.
-    void keep(GripperDevice* device);
 
 private:
     struct Task {
         const void* owner;
         Work work;
         Key key;
+        std::shared_ptr<ObjectKeeper::Section> section;
     };
 
     void run();
@@ -83,8 +77,6 @@ private:
     std::deque<Task> queue_;
     const void* running_owner_;
     bool stopping_;
-    std::vector<std::unique_ptr<GripperLogicControl>> retired_drivers_;
-    std::vector<std::unique_ptr<GripperDevice>> kept_devices_;
     std::thread thread_;
 };
 

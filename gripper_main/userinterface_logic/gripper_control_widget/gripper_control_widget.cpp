@@ -7,7 +7,9 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <iterator>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
 #include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
@@ -63,6 +65,7 @@ GripperControlWidget::~GripperControlWidget() {
     GripperCommandWorker::moves().release(this);
     GripperConnectionManager::instance().remove_notify_interface(this);
     GripperGlobal::instance().remove_notify_interface(this);
+    forget_unlisted_drivers();
     for (GripperLogicControl* driver : observed_drivers_) {
         driver->remove_notify_interface(this);
     }
@@ -94,7 +97,9 @@ void GripperControlWidget::changeEvent(QEvent* event) {
 }
 
 void GripperControlWidget::update_ui() {
+    const ObjectKeeper::Section section;
     update_queued_ = false;
+    forget_unlisted_drivers();
     QFont font = ui->label_status_->font();
     if (16 != font.pointSize()) {
         font.setPointSize(16);
@@ -121,6 +126,21 @@ void GripperControlWidget::update_ui() {
                   GripperLogicControl::GS_DETECTED == driver->get_gripper_status());
     GripperStatusText::show(ui->label_status_, GripperStatusText::of(driver),
                             GripperStatusText::tone(driver));
+}
+
+// A driver no record holds may be retired and freed (the Setting page retires it on this thread
+// right after clearing its record), and a new driver may come at its address: forgotten here
+// without being touched. It observes nothing any more: its loop ended when it was destroyed.
+// A redraw runs between the retirement and the new driver's record, at the latest when the
+// manager reports the new driver's creation.
+void GripperControlWidget::forget_unlisted_drivers() {
+    std::set<GripperLogicControl*> listed;
+    for (GripperDevice* device : GripperGlobal::instance().vector_device()) {
+        listed.insert(device->gripper_abstract_control_);
+    }
+    for (auto driver = observed_drivers_.begin(); driver != observed_drivers_.end();) {
+        driver = 0 == listed.count(*driver) ? observed_drivers_.erase(driver) : std::next(driver);
+    }
 }
 
 // The driver of the selected record; null (after a log line) when there is no such record.

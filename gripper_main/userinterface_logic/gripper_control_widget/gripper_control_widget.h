@@ -99,6 +99,7 @@ private:
 
     void setup_form();
     void queue_update_ui();
+    void forget_unlisted_drivers();
     void refresh_node_list();
     GripperLogicControl* current_driver();
     void show_values(GripperLogicControl* driver);

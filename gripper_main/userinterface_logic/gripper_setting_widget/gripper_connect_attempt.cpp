@@ -1,6 +1,6 @@
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_connect_attempt.h"
 
-#include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 
 GripperConnectAttempt::GripperConnectAttempt()
     : thread_(std::this_thread::get_id()), made_(nullptr) {}
@@ -14,7 +14,7 @@ GripperLogicControl* GripperConnectAttempt::run(
     GripperLogicControl* driver = manager.create(notify, connection, parameters, &failure_);
     manager.remove_notify_interface(this);
     if (nullptr == driver && nullptr != made_) {
-        GripperCommandWorker::instance().retire(made_);
+        ObjectKeeper::instance().retire(made_);
     }
     return driver;
 }

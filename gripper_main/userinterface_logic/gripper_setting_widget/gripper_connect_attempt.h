@@ -9,8 +9,7 @@
 
 // One connection attempt through the connection manager, made on the thread that calls run().
 // The manager destroys a driver that fails to connect but does not free it: the attempt notes
-// the driver the manager made on this thread and hands a failed one to the command worker,
-// which frees it at exit.
+// the driver the manager made on this thread and retires a failed one to the ObjectKeeper.
 class GripperConnectAttempt : private GripperObserverAdapter {
 public:
     GripperConnectAttempt();
@@ -19,8 +18,6 @@ public:
     GripperLogicControl* run(GripperLogicControl::NotifyInterface* notify,
                              GripperCommunication::CommunicationConnection connection,
                              const std::vector<std::string>& parameters);
-    // The driver the manager made during run(), connected or not; null if it made none.
-    GripperLogicControl* made() const { return made_; }
     // What made run() fail, when it did.
     const GripperLinkFailure& failure() const { return failure_; }
 

@@ -10,8 +10,10 @@
 
 #include <algorithm>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_status_text/gripper_status_text.h"
 #include "src/plugins/templateplugin/common/common.h"
 #include "ui_gripper_setting_widget.h"
@@ -52,14 +54,14 @@ GripperSettingWidget* GripperSettingWidget::instance() {
 GripperSettingWidget::GripperSettingWidget(QWidget* parent)
     : QWidget(parent),
       ui(new Ui::GripperSettingWidget),
+      link_options_(nullptr),
       device_index_(0),
       device_count_index_(0),
       previous_count_index_(0),
       fields_changed_(true),
       run_jobs_in_place_(false),
       update_queued_(false),
-      pending_jobs_(0),
-      closing_(false) {
+      jobs_(std::make_shared<Jobs>()) {
     Q_INIT_RESOURCE(gripper_images);
     setup_form();
     const auto run = [](const std::function<void()>& call) { call(); };
@@ -85,6 +87,7 @@ GripperSettingWidget::GripperSettingWidget(QWidget* parent)
 }
 
 GripperSettingWidget::~GripperSettingWidget() {
+    const ObjectKeeper::Section section;
     GripperCommandWorker::instance().release(this);
     GripperConnectionManager::instance().remove_notify_interface(this);
     GripperGlobal::instance().remove_notify_interface(this);
@@ -92,9 +95,12 @@ GripperSettingWidget::~GripperSettingWidget() {
     {
         std::lock_guard<std::mutex> lock(jobs_mutex_);
         drivers.swap(drivers_);
-        closing_ = true;
     }
-    jobs_done_.notify_all();
+    {
+        std::lock_guard<std::mutex> lock(jobs_->mutex);
+        jobs_->closing = true;
+    }
+    jobs_->done.notify_all();
     for (GripperLogicControl* driver : drivers) {
         driver->remove_notify_interface(this);
     }
@@ -110,6 +116,10 @@ void GripperSettingWidget::setup_form() {
     ui->line_edit_ip_->setValidator(new QRegularExpressionValidator(
         QRegularExpression(QString::fromLatin1(IP_PATTERN)), ui->line_edit_ip_));
     ui->line_edit_port_->setValidator(new QIntValidator(1024, 65535, ui->line_edit_port_));
+    link_options_ = new GripperLinkOptions(ui->group_box_link_);
+    ui->grid_layout_link_->addWidget(link_options_, 2, 0, 1, 3);
+    connect(link_options_, &GripperLinkOptions::changed, this,
+            &GripperSettingWidget::link_options_changed);
     const Common* common = Common::getCommonHandle();
     ui->label_logo_->setPixmap(
         QPixmap(QStringLiteral(":/Image/Image/logo_EN.png"))
@@ -125,13 +135,23 @@ void GripperSettingWidget::changeEvent(QEvent* event) {
 }
 
 void GripperSettingWidget::update_ui() {
+    const ObjectKeeper::Section section;
     update_queued_ = false;
     apply_fonts();
     apply_fields();
     setEnabled(GripperGlobal::PS_RUNNING != GripperGlobal::instance().get_program_state());
     GripperDevice* device = current_device();
+    link_options_->show_device(device_index_);
     apply_enabled(device);
     apply_status(device);
+}
+
+// A connected gripper takes the operator's new options at once.
+void GripperSettingWidget::link_options_changed(int index) {
+    GripperDevice* device = GripperGlobal::instance().get_device(static_cast<uint32_t>(index));
+    if (nullptr != device) {
+        GripperLinkOptions::apply(index, device->gripper_abstract_control_);
+    }
 }
 
 void GripperSettingWidget::apply_fonts() {
@@ -259,9 +279,7 @@ void GripperSettingWidget::on_combo_box_index__activated(const QString&) {
 void GripperSettingWidget::add_deviceIndex() {
     on_combo_box_node__activated(QStringLiteral("ADD"));
     for (int added = 0; added < device_count_index_ - previous_count_index_; ++added) {
-        GripperDevice* device = GripperGlobal::insert_device();
-        GripperCommandWorker::instance().keep(device);
-        GripperGlobal::instance().add_device(device);
+        GripperGlobal::instance().add_device(GripperGlobal::insert_device());
     }
 }
 
@@ -277,6 +295,7 @@ void GripperSettingWidget::del_deviceIndex() {
         }
         registry.remove_device(device);
         disconnect_removed(device);
+        retire_if_removed(device);
     }
 }
 
@@ -290,6 +309,15 @@ void GripperSettingWidget::queue_update_ui() {
     if (!update_queued_.exchange(true)) {
         emit call_queued([this] { update_ui(); });
     }
+}
+
+// Before the driver is retired: the page no longer leaves it when it closes.
+void GripperSettingWidget::on_gripper_abstract_control_destroy(GripperLogicControl* control) {
+    {
+        std::lock_guard<std::mutex> lock(jobs_mutex_);
+        drivers_.erase(control);
+    }
+    queue_update_ui();
 }
 
 void GripperSettingWidget::on_any_change() {

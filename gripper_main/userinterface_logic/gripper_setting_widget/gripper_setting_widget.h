@@ -10,12 +10,15 @@
 #include <condition_variable>
 #include <functional>
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
+
+class GripperLinkOptions;
 
 namespace Ui {
 class GripperSettingWidget;
@@ -77,9 +80,19 @@ protected:
 private:
     enum ScriptPreparation { SP_FAILED, SP_CONNECTED, SP_PROCEED };
 
+    // The operations under way, shared with the script commands waiting for them, so that a
+    // waiting command outlives the page: the page's destructor closes it and wakes them.
+    struct Jobs {
+        std::mutex mutex;
+        std::condition_variable done;
+        int pending = 0;
+        bool closing = false;
+    };
+
     explicit GripperSettingWidget(QWidget* parent = nullptr);
 
     void on_any_change() override;
+    void on_gripper_abstract_control_destroy(GripperLogicControl* control) override;
 
     void setup_form();
     void queue_update_ui();
@@ -99,13 +112,16 @@ private:
     void list_system_ports();
     void walk_usb_devices();
 
-    void start_connect(GripperDevice* device);
+    void start_connect(GripperDevice* device,
+                       GripperCommunication::CommunicationConnection connection);
     void start_disconnect(GripperDevice* device);
     void disconnect_removed(GripperDevice* device);
     void run_job(const std::function<std::function<void()>()>& work);
     void job_started(GripperDevice* device);
     void job_finished(GripperDevice* device);
+    void retire_if_removed(GripperDevice* device);
     void note_driver(GripperLogicControl* driver);
+    void link_options_changed(int index);
     void connect_finished(GripperDevice* device, GripperLogicControl* driver,
                           const QString& failure);
     void disconnect_finished(GripperDevice* device, GripperLogicControl* driver, bool destroyed);
@@ -118,9 +134,10 @@ private:
     void run_on_interface_thread(const std::function<void()>& call, bool wait);
     bool connect_through_slots();
     bool disconnect_through_slots();
-    void wait_for_jobs();
+    static bool wait_for_jobs(Jobs& jobs);
 
     Ui::GripperSettingWidget* ui;
+    GripperLinkOptions* link_options_;
     QString connection_type_;
     QString ip_;
     QString port_;
@@ -140,11 +157,9 @@ private:
     bool run_jobs_in_place_;
     std::atomic<bool> update_queued_;
 
+    const std::shared_ptr<Jobs> jobs_;
     std::mutex jobs_mutex_;
-    std::condition_variable jobs_done_;
-    int pending_jobs_;
-    bool closing_;
-    // Every driver made for this page, whose observer it is (guarded by jobs_mutex_).
+    // Every live driver connected for this page, whose observer it is (guarded by jobs_mutex_).
     std::set<GripperLogicControl*> drivers_;
 };
 

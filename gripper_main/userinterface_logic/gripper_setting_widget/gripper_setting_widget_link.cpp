@@ -8,10 +8,13 @@
 #include <algorithm>
 
 #include "gripper/gripper_common/miscellaneous_utility/miscellaneous_utility.h"
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
+#include "gripper_main/userinterface_logic/gripper_link_options/gripper_link_options.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_connect_attempt.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
+#include "gripper_main/userinterface_logic/gripper_stable_port_name/gripper_stable_port_name.h"
 #include "ui_gripper_setting_widget.h"
 
 namespace {
@@ -35,9 +38,14 @@ QByteArray first_bytes(const QString& path) {
     return file.read(4);
 }
 
-bool in_registry(GripperDevice* device) {
+int registry_index(GripperDevice* device) {
     const std::vector<GripperDevice*> devices = GripperGlobal::instance().vector_device();
-    return devices.end() != std::find(devices.begin(), devices.end(), device);
+    const auto found = std::find(devices.begin(), devices.end(), device);
+    return devices.end() == found ? -1 : static_cast<int>(found - devices.begin());
+}
+
+bool in_registry(GripperDevice* device) {
+    return registry_index(device) >= 0;
 }
 
 }  // namespace
@@ -71,9 +79,11 @@ bool GripperSettingWidget::read_pts_file() {
     return true;
 }
 
+// Each port under its stable by-id name where it has one.
 void GripperSettingWidget::list_system_ports() {
     for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-        ui->combo_box_usb_->addItem(QStringLiteral("/dev/") + port.portName());
+        ui->combo_box_usb_->addItem(
+            GripperStablePortName::of(QStringLiteral("/dev/") + port.portName()));
     }
 }
 
@@ -124,13 +134,14 @@ void GripperSettingWidget::on_push_button_connect__clicked() {
         if (!take_tcp_parameters(device)) {
             return;
         }
+        // Over TCP whatever the slot held before: a list that is not a TCP one fails the connect.
+        start_connect(device, GripperCommunication::CC_TCP_CLIENT);
     } else if (QStringLiteral("USB") == type) {
         take_usb_parameters(device);
+        start_connect(device, GripperCommunication::CC_USB_SERIALPORT);
     } else {
         GRIPPER_LOG("W", "unknown type: %s!", type.toLocal8Bit().constData());
-        return;
     }
-    start_connect(device);
 }
 
 // A bad address stops the connect; a bad port does not: the device's held list is used.
@@ -203,17 +214,22 @@ void GripperSettingWidget::on_push_button_disconnect__clicked() {
     start_disconnect(device);
 }
 
-void GripperSettingWidget::start_connect(GripperDevice* device) {
-    const GripperCommunication::CommunicationConnection connection =
-        static_cast<GripperCommunication::CommunicationConnection>(device->connection_type_);
-    const std::vector<std::string> parameters = parameters_of(device, connection);
+// With the parameter list the device holds for its link type (which a rejected TCP port leaves
+// as it was).
+void GripperSettingWidget::start_connect(GripperDevice* device,
+                                         GripperCommunication::CommunicationConnection connection) {
+    const std::vector<std::string> parameters = parameters_of(
+        device,
+        static_cast<GripperCommunication::CommunicationConnection>(device->connection_type_));
     GripperLogicControl::NotifyInterface* notify = this;
     GripperSettingWidget* page = this;
+    const int index = registry_index(device);
     job_started(device);
-    run_job([page, notify, device, connection, parameters] {
+    run_job([page, notify, device, connection, parameters, index] {
         GripperConnectAttempt attempt;
         GripperLogicControl* driver = attempt.run(notify, connection, parameters);
-        page->note_driver(attempt.made());
+        GripperLinkOptions::apply(index, driver);
+        page->note_driver(driver);
         const QString failure = QString::fromStdString(attempt.failure().sentence);
         return Completion([page, device, driver, failure] {
             page->run_on_interface_thread(
@@ -237,6 +253,7 @@ void GripperSettingWidget::connect_finished(GripperDevice* device, GripperLogicC
     if (nullptr != driver && !in_registry(device)) {
         start_disconnect(device);
     }
+    retire_if_removed(device);
     update_ui();
     emit devices_changed();
 }
@@ -247,9 +264,7 @@ void GripperSettingWidget::start_disconnect(GripperDevice* device) {
     job_started(device);
     run_job([page, device, driver] {
         const bool destroyed = GripperConnectionManager::instance().destroy(driver);
-        if (destroyed) {
-            GripperCommandWorker::instance().retire(driver);
-        } else {
+        if (!destroyed) {
             GRIPPER_LOG("W",
                         "!G_GRIPPER_CONNECTION_MANAGER->destroy(device->gripper_abstract_control_");
         }
@@ -265,10 +280,15 @@ void GripperSettingWidget::start_disconnect(GripperDevice* device) {
 
 void GripperSettingWidget::disconnect_finished(GripperDevice* device, GripperLogicControl* driver,
                                                bool destroyed) {
-    if (destroyed && device->gripper_abstract_control_ == driver) {
-        device->gripper_abstract_control_ = nullptr;
+    if (destroyed) {
+        // Out of the record first: a reader that begins after the retirement cannot find it.
+        if (device->gripper_abstract_control_ == driver) {
+            device->gripper_abstract_control_ = nullptr;
+        }
+        ObjectKeeper::instance().retire(driver);
     }
     job_finished(device);
+    retire_if_removed(device);
     update_ui();
     emit devices_changed();
 }
@@ -287,8 +307,8 @@ void GripperSettingWidget::run_job(const std::function<Completion()>& work) {
 void GripperSettingWidget::job_started(GripperDevice* device) {
     busy_devices_.insert(device);
     {
-        std::lock_guard<std::mutex> lock(jobs_mutex_);
-        ++pending_jobs_;
+        std::lock_guard<std::mutex> lock(jobs_->mutex);
+        ++jobs_->pending;
     }
     update_ui();
 }
@@ -296,10 +316,18 @@ void GripperSettingWidget::job_started(GripperDevice* device) {
 void GripperSettingWidget::job_finished(GripperDevice* device) {
     busy_devices_.erase(device);
     {
-        std::lock_guard<std::mutex> lock(jobs_mutex_);
-        --pending_jobs_;
+        std::lock_guard<std::mutex> lock(jobs_->mutex);
+        --jobs_->pending;
     }
-    jobs_done_.notify_all();
+    jobs_->done.notify_all();
+}
+
+// A record taken out of the registry is freed once no operation of the page holds it any more.
+void GripperSettingWidget::retire_if_removed(GripperDevice* device) {
+    if (0 == busy_devices_.count(device) && nullptr == device->gripper_abstract_control_ &&
+        !in_registry(device)) {
+        ObjectKeeper::instance().retire(device);
+    }
 }
 
 void GripperSettingWidget::note_driver(GripperLogicControl* driver) {

@@ -11,14 +11,23 @@
 namespace {
 
 // While it lives, the page's operations run in place instead of on the command worker; only
-// for a script call made on the interface thread, which would otherwise wait for itself.
+// for a script call made on the interface thread (a null flag otherwise: the script thread does
+// not touch the page, which may be deleted while it waits).
 class InPlace {
 public:
-    InPlace(bool& flag, bool wanted) : flag_(flag), previous_(flag) { flag_ = previous_ || wanted; }
-    ~InPlace() { flag_ = previous_; }
+    explicit InPlace(bool* flag) : flag_(flag), previous_(nullptr != flag && *flag) {
+        if (nullptr != flag_) {
+            *flag_ = true;
+        }
+    }
+    ~InPlace() {
+        if (nullptr != flag_) {
+            *flag_ = previous_;
+        }
+    }
 
 private:
-    bool& flag_;
+    bool* const flag_;
     const bool previous_;
 };
 
@@ -154,30 +163,35 @@ bool GripperSettingWidget::current_device_connected() {
     return nullptr != device && nullptr != device->gripper_abstract_control_;
 }
 
+// False when the page was deleted meanwhile.
 bool GripperSettingWidget::connect_through_slots() {
-    InPlace in_place(run_jobs_in_place_, on_interface_thread());
+    const std::shared_ptr<Jobs> jobs = jobs_;
+    const bool in_place = on_interface_thread();
+    const InPlace running_in_place(in_place ? &run_jobs_in_place_ : nullptr);
     run_on_interface_thread(
         [this] {
             update_ui();
             on_push_button_disconnect__clicked();
         },
         true);
-    wait_for_jobs();
+    if (!in_place && !wait_for_jobs(*jobs)) {
+        return false;
+    }
     run_on_interface_thread([this] { on_push_button_connect__clicked(); }, true);
-    wait_for_jobs();
-    return true;
+    return in_place || wait_for_jobs(*jobs);
 }
 
 bool GripperSettingWidget::disconnect_through_slots() {
-    InPlace in_place(run_jobs_in_place_, on_interface_thread());
+    const std::shared_ptr<Jobs> jobs = jobs_;
+    const bool in_place = on_interface_thread();
+    const InPlace running_in_place(in_place ? &run_jobs_in_place_ : nullptr);
     run_on_interface_thread(
         [this] {
             update_ui();
             on_push_button_disconnect__clicked();
         },
         true);
-    wait_for_jobs();
-    return true;
+    return in_place || wait_for_jobs(*jobs);
 }
 
 // At once on the interface thread; from another thread queued to it, and with wait set the caller
@@ -192,14 +206,12 @@ void GripperSettingWidget::run_on_interface_thread(const std::function<void()>& 
     }
 }
 
-// Until the operations under way have stored their results; on the interface thread they ran in
-// place and have.
-void GripperSettingWidget::wait_for_jobs() {
-    if (on_interface_thread()) {
-        return;
-    }
-    std::unique_lock<std::mutex> lock(jobs_mutex_);
-    jobs_done_.wait(lock, [this] { return closing_ || 0 == pending_jobs_; });
+// From the script thread: until the operations under way have stored their results (true) or
+// the page is deleted (false).
+bool GripperSettingWidget::wait_for_jobs(Jobs& jobs) {
+    std::unique_lock<std::mutex> lock(jobs.mutex);
+    jobs.done.wait(lock, [&jobs] { return jobs.closing || 0 == jobs.pending; });
+    return !jobs.closing;
 }
 
 bool GripperSettingWidget::on_interface_thread() const {

@@ -51,15 +51,29 @@ QString GripperStatusText::of(GripperLogicControl* driver) {
     if (nullptr == driver) {
         return tr(DISCONNECTED);
     }
+    if (driver->reconnecting()) {
+        return reconnecting(driver->reconnect_tries());
+    }
     if (driver->occur_exception()) {
         return communication(driver->get_communication_status());
     }
     return gripper(driver->get_gripper_status());
 }
 
+// Before the first try, without its count.
+QString GripperStatusText::reconnecting(int tries) {
+    if (tries < 1) {
+        return QCoreApplication::translate("GripperStatusText", "Reconnecting");
+    }
+    return QCoreApplication::translate("GripperStatusText", "Reconnecting (%1)").arg(tries);
+}
+
 QString GripperStatusText::tone(GripperLogicControl* driver) {
     if (nullptr == driver) {
         return QStringLiteral("idle");
+    }
+    if (driver->reconnecting()) {
+        return QStringLiteral("busy");
     }
     return driver->occur_exception() ? QStringLiteral("fault") : QStringLiteral("ok");
 }

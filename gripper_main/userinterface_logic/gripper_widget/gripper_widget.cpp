@@ -4,7 +4,6 @@
 #include <QLayout>
 
 #include "gripper_main/business_logic/gripper_global/gripper_global.h"
-#include "gripper_main/userinterface_logic/gripper_command_worker/gripper_command_worker.h"
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "gripper_main/userinterface_logic/gripper_setting_widget/gripper_setting_widget.h"
 #include "src/plugins/templateplugin/common/common.h"
@@ -15,9 +14,7 @@ GripperWidget::GripperWidget(QWidget* parent) : QWidget(parent), ui(new Ui::Grip
     ui->setupUi(this);
     GripperGlobal& registry = GripperGlobal::instance();
     if (registry.vector_device().empty()) {
-        GripperDevice* device = GripperGlobal::insert_device();
-        GripperCommandWorker::instance().keep(device);
-        registry.add_device(device);
+        registry.add_device(GripperGlobal::insert_device());
     }
     GripperControlWidget* control = new GripperControlWidget();
     ui->widget_control_->layout()->addWidget(control);

@@ -16,17 +16,30 @@
 #include "src/plugins/templateplugin/common/messagebox.h"
 #include "src/plugins/templateplugin/gripper_condition_class.h"
 #include "src/plugins/templateplugin/plugin_command_runner.h"
+#include "src/plugins/templateplugin/templateplugin.h"
 #include "ui_gripper_peripheral_condition.h"
 
 namespace {
 
-const char kPluginName[] = "Zanther2F";
 const int kHoldIntervalMs = 20;
 
 gripper_peripheral_condition* g_instance = nullptr;
 
 QString plugin_name() {
-    return QString::fromLatin1(kPluginName);
+    return TemplatePlugin::own_name();
+}
+
+// The plug-in a step names: this plug-in's own object whatever the host named it, else the
+// object of that name.
+QObject* plugin_named(const QString& name) {
+    if (plugin_name() == name) {
+        for (QObject* object : ExtensionSystem::PluginManager::allObjects()) {
+            if (nullptr != qobject_cast<TemplatePlugin*>(object)) {
+                return object;
+            }
+        }
+    }
+    return ExtensionSystem::PluginManager::getObjectByName(name);
 }
 
 // The bounds of the field's integer validator; the whole int range without one.
@@ -93,8 +106,8 @@ void gripper_peripheral_condition::setup_fields() {
 }
 
 void gripper_peripheral_condition::ask_plugin_config() {
-    ExtensionSystem::IPlugin* plugin = qobject_cast<ExtensionSystem::IPlugin*>(
-        ExtensionSystem::PluginManager::getObjectByName(plugin_name()));
+    ExtensionSystem::IPlugin* plugin =
+        qobject_cast<ExtensionSystem::IPlugin*>(plugin_named(plugin_name()));
     if (nullptr == plugin) {
         GRIPPER_LOG("W", "NULL == plugin");
         return;
@@ -263,7 +276,7 @@ void gripper_peripheral_condition::on_pbn_remove_clicked() {
 // slot_controlFinished.
 void gripper_peripheral_condition::on_pbn_controlGripper_clicked() {
     const QString name = ui->cmb_pluginName->currentText();
-    QObject* plugin = ExtensionSystem::PluginManager::getObjectByName(name);
+    QObject* plugin = plugin_named(name);
     if (nullptr == plugin) {
         MessageBox::warning(tr("%1 plugin does not exist").arg(name));
         return;

@@ -1,17 +1,24 @@
 #ifndef TEMPLATEPLUGIN_SCRIPT_WAKE_OBSERVER_H
 #define TEMPLATEPLUGIN_SCRIPT_WAKE_OBSERVER_H
 
+#include <memory>
+
 #include "gripper_main/userinterface_logic/gripper_observer_adapter/gripper_observer_adapter.h"
 
 class ScriptWakeup;
 
-// Observes one driver while it lives and wakes the waiting script commands at every change of the
-// gripper status. Registers on construction and unregisters on destruction; once it is gone the
-// driver no longer calls it.
+// Observes one driver and wakes the waiting script commands at every change of the gripper
+// status. watch() registers one; the end of the watch detaches it without waiting for the driver
+// lock (an unanswered exchange may hold it for seconds) and retires it to the ObjectKeeper, which
+// frees it once a notification already under way has ended. The wakeup must outlive it.
 class ScriptWakeObserver : public GripperObserverAdapter {
 public:
-    ScriptWakeObserver(GripperLogicControl* driver, ScriptWakeup* wakeup);
-    ~ScriptWakeObserver() override;
+    struct End {
+        void operator()(ScriptWakeObserver* observer) const;
+    };
+    typedef std::unique_ptr<ScriptWakeObserver, End> Watch;
+
+    static Watch watch(GripperLogicControl* driver, ScriptWakeup* wakeup);
     ScriptWakeObserver(const ScriptWakeObserver&) = delete;
     ScriptWakeObserver& operator=(const ScriptWakeObserver&) = delete;
 
@@ -21,6 +28,8 @@ public:
                                         GripperLogicControl::GripperStatus status) override;
 
 private:
+    ScriptWakeObserver(GripperLogicControl* driver, ScriptWakeup* wakeup);
+
     GripperLogicControl* driver_;
     ScriptWakeup* wakeup_;
 };

@@ -116,6 +116,10 @@ void TemplatePlugin::updateCondForm(AbsCondInfo* absCond) {
     editor->updateCondForm(absCond);
 }
 
+QString TemplatePlugin::own_name() {
+    return QStringLiteral("Zanther2F");
+}
+
 AbsCondInfo* TemplatePlugin::copyAbsCond(AbsCondInfo* srcAbsCond) {
     const gripper_condition_class* source = qobject_cast<gripper_condition_class*>(srcAbsCond);
     if (nullptr == source) {
@@ -135,7 +139,7 @@ bool TemplatePlugin::checkCondInfo(AbsCondInfo* absCondInfo, QString& errorInfo)
     if (nullptr == editor) {
         // No editor is open: the ranges this plug-in reports apply to its own records.
         const gripper_condition_Info info =
-            objectName() == record->getPluginName()
+            own_name() == record->getPluginName()
                 ? gripper_condition_Info::fromJson(gripperUiConfig())
                 : gripper_condition_Info();
         return info.check(*record, errorInfo);

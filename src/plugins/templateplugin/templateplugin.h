@@ -36,6 +36,9 @@ public:
     TemplatePlugin();
     ~TemplatePlugin() override;
 
+    // The name the plug-in's steps carry, whatever object name the host gives it.
+    static QString own_name();
+
     Q_INVOKABLE QWidget* createCondUI(QWidget* parent);
     Q_INVOKABLE void updateCondForm(AbsCondInfo* absCond);
     Q_INVOKABLE AbsCondInfo* copyAbsCond(AbsCondInfo* srcAbsCond);
@@ -90,6 +93,7 @@ private:
     void finish_command();
 
     GripperLogicControl* driver_at(int index);
+    GripperLogicControl* slot_driver_at(int index);
     GripperSettingWidget* setting_page();
     MoveWait move_wait_state(GripperLogicControl* driver);
     bool wait_for_move(GripperLogicControl* driver);

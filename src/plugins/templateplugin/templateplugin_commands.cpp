@@ -4,6 +4,7 @@
 #include <QMutexLocker>
 #include <QWriteLocker>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper/gripper_common/simple_logger/simple_logger.h"
 #include "src/plugins/templateplugin/script_command.h"
 #include "src/plugins/templateplugin/templateplugin.h"
@@ -65,7 +66,12 @@ bool TemplatePlugin::pluginCommonInterface(const QString& in, QString& out) {
         return false;
     }
     set_command_running(true);
-    const bool result = (this->*handler)(command, out);
+    bool result = false;
+    {
+        // The drivers and device records the command reads stay allocated until it returns.
+        const ObjectKeeper::Section section;
+        result = (this->*handler)(command, out);
+    }
     finish_command();
     return result;
 }

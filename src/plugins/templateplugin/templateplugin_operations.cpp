@@ -25,8 +25,19 @@ std::string utf8_of(const QString& text) {
 
 }  // namespace
 
-// The driver of the entry at index; null, with the reason logged, when there is none.
+// The driver of the entry at index for a command; null, with the reason logged, when there is
+// none or while it reconnects by itself (commands then fail at once).
 GripperLogicControl* TemplatePlugin::driver_at(int index) {
+    GripperLogicControl* driver = slot_driver_at(index);
+    if (nullptr != driver && driver->reconnecting()) {
+        GRIPPER_LOG("W", "device->gripper_abstract_control_->reconnecting()");
+        return nullptr;
+    }
+    return driver;
+}
+
+// The driver the entry at index holds, reconnecting or not.
+GripperLogicControl* TemplatePlugin::slot_driver_at(int index) {
     GripperDevice* device = device_at(index);
     if (nullptr == device) {
         GRIPPER_LOG("W", "NULL == device");
@@ -85,7 +96,7 @@ bool TemplatePlugin::device_scan() {
 // Disconnects the gripper at index, whichever gripper the page shows.
 bool TemplatePlugin::mode_disconnect(int index) {
     GripperSettingWidget* page = setting_page();
-    if (nullptr == page || nullptr == driver_at(index)) {
+    if (nullptr == page || nullptr == slot_driver_at(index)) {
         return false;
     }
     page->disconnect_gripper(index);
@@ -192,7 +203,7 @@ bool TemplatePlugin::set_position(int index, int position, bool block) {
 // its state (false) or a stop of the robot program (false). A pause holds the wait; a link fault
 // alone does not end it. There is no time-out.
 bool TemplatePlugin::wait_for_move(GripperLogicControl* driver) {
-    const ScriptWakeObserver observer(driver, &move_wakeup_);
+    const ScriptWakeObserver::Watch observer = ScriptWakeObserver::watch(driver, &move_wakeup_);
     MoveWait state = MW_WAITING;
     move_wakeup_.wait([&] {
         state = move_wait_state(driver);

@@ -121,13 +121,23 @@ TEST(GripperCommandWorkerTest, AKeyedTaskReplacesTheQueuedOneOfTheSameOwnerAndKe
     EXPECT_NE(std::this_thread::get_id(), task_thread);
 }
 
-TEST(GripperCommandWorkerTest, KeepsObjectsOnceUntilItEnds) {
+// A queued task holds what it was given from its post on: a record retired before the task ran
+// is freed only after it has.
+TEST(GripperCommandWorkerTest, ARecordRetiredWhileATaskIsQueuedOutlivesTheTask) {
     GripperCommandWorker worker;
+    Journal journal;
+    Gate gate;
+    int owner = 0;
+    worker.post(&owner, gate.task(journal, "running"));
+    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
     GripperDevice* device = new GripperDevice();
-    worker.keep(device);
-    worker.keep(device);
-    worker.keep(nullptr);
-    worker.retire(static_cast<GripperLogicControl*>(nullptr));
-    device->connection_type_ = GripperCommunication::CC_TCP_CLIENT;
-    EXPECT_EQ(GripperCommunication::CC_TCP_CLIENT, device->connection_type_);
+    worker.post(&owner, [&journal, device] {
+        journal.add(0 == device->connection_type_ ? "record read" : "record changed");
+        return Completion();
+    });
+    ObjectKeeper::instance().retire(device);
+    EXPECT_EQ(1u, ObjectKeeper::instance().pending());
+    gate.open();
+    ASSERT_TRUE(wait_until([] { return 0u == ObjectKeeper::instance().pending(); }));
+    EXPECT_EQ((std::vector<std::string>{"running", "record read"}), journal.entries());
 }

@@ -1,8 +1,6 @@
 // The Control tab against simulated Modbus grippers on real pseudo-terminals, driven by clicks.
-#include <QIcon>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QtTest>
 
 #include <cmath>
@@ -23,10 +21,6 @@ int register_of(double position) {
     return static_cast<int>(std::lround(position * 10.0));
 }
 
-QImage image_of(const QIcon& icon) {
-    return icon.pixmap(QSize(87, 63)).toImage();
-}
-
 }  // namespace
 
 class GripperControlWidgetTest : public page_test::PageTest {
@@ -38,14 +32,10 @@ private slots:
     void cleanup();
     void status_follows_the_gripper();
     void controls_disabled_while_activating_or_turning();
-    void hold_steps_the_field_every_25_ms_and_sends_on_release();
-    void hold_stops_at_the_limit();
-    void short_click_steps_the_gripper_once();
+    void clicks_and_holds_step_the_gripper();
     void whole_page_disabled_while_a_program_runs();
-    void silent_gripper_and_vanished_port();
 
 private:
-    bool activate_and_wait(int index);
     bool move_to(double position);
     // Every control enabled or disabled, with the clamp and loosen images of that state.
     bool controls_shown(bool enabled);
@@ -86,14 +76,6 @@ void GripperControlWidgetTest::cleanup() {
     page_test::pick(find<QComboBox>("combo_box_node_2"), 0);
 }
 
-bool GripperControlWidgetTest::activate_and_wait(int index) {
-    GripperLogicControl* driver = driver_of(index);
-    return nullptr != driver && driver->set_activate() && QTest::qWaitFor([&] {
-               return GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
-                      GripperLogicControl::GS_ARRIVED == driver->get_gripper_status();
-           });
-}
-
 bool GripperControlWidgetTest::move_to(double position) {
     return driver_of(0)->set_position(static_cast<float>(position)) && QTest::qWaitFor([&] {
                const gripper_sim::GripperSnapshot state = simulator_.snapshot(QUICK);
@@ -115,8 +97,9 @@ bool GripperControlWidgetTest::controls_shown(bool enabled) {
     }
     const char* state = enabled ? "OFF" : "ON";
     const auto shows = [this](const char* button, const QString& image) {
-        return image_of(find<QPushButton>(button)->icon()) ==
-               image_of(QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)));
+        const QSize size(87, 63);
+        return find<QPushButton>(button)->icon().pixmap(size).toImage() ==
+               QIcon(QPixmap(QStringLiteral(":/Image/Image/") + image)).pixmap(size).toImage();
     };
     return find<QWidget>("radio_button_object_detected_")->isEnabled() == enabled &&
            shows("push_button_position_min_", QStringLiteral("B_Clamp_%1.png").arg(state)) &&
@@ -132,6 +115,7 @@ QTimer* GripperControlWidgetTest::repeat_timer() {
     return nullptr;
 }
 
+// The status, the detection indicator and the fields follow the gripper.
 void GripperControlWidgetTest::status_follows_the_gripper() {
     page_test::LabelHistory history(status_);
     QTest::mouseClick(page_->findChild<QPushButton*>("push_button_activate_"), Qt::LeftButton);
@@ -161,6 +145,16 @@ void GripperControlWidgetTest::status_follows_the_gripper() {
     QTRY_COMPARE(status_->text(), QStringLiteral("Dropped"));
     QVERIFY(!indicator->isChecked());
     QCOMPARE(status_->property("tone").toString(), QStringLiteral("ok"));
+    // A silent gripper leaves the status as it was; a vanished port shows as a fault.
+    simulator_.set_fault(QUICK, gripper_sim::Fault::silent);
+    QTRY_COMPARE_WITH_TIMEOUT(driver_of(0)->get_communication_status(),
+                              GripperCommunication::CS_READ_EXCEPTION, 10000);
+    click("push_button_force_min_");
+    click("push_button_position_increase_");
+    QCOMPARE(status_->text(), QStringLiteral("Dropped"));
+    simulator_.set_fault(QUICK, gripper_sim::Fault::vanish);
+    QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Write EXCP"), 10000);
+    QCOMPARE(status_->property("tone").toString(), QStringLiteral("fault"));
 }
 
 void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
@@ -179,69 +173,13 @@ void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
     QVERIFY(controls_shown(false));
 }
 
-void GripperControlWidgetTest::hold_steps_the_field_every_25_ms_and_sends_on_release() {
-    QVERIFY(activate_and_wait(0));
-    QVERIFY(move_to(50.0));
-    QLineEdit* field = position_field();
-    QElapsedTimer clock;
-    QList<qint64> changes;
-    QStringList values;
-    const QMetaObject::Connection recording =
-        connect(field, &QLineEdit::textChanged, [&](const QString& text) {
-            changes << clock.elapsed();
-            values << text;
-        });
-    QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
-    clock.start();
-    QTest::mousePress(decrease, Qt::LeftButton);
-    QTRY_VERIFY(values.size() >= 8);
-    QCOMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
-    const double shown = field->text().toDouble();
-    disconnect(recording);
-    QTest::mouseRelease(decrease, Qt::LeftButton);
-    QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(shown - 0.1));
-    // Step k comes on the repeat timer's tick k + 1, started once the hold delay has passed;
-    // a coarse timer may fire up to 5 % early, a late tick lets the next one come sooner.
-    for (int change = 0; change < changes.size(); ++change) {
-        const double earliest = 0.95 * (GripperControlWidget::PRESS_DELAY_MS +
-                                        GripperControlWidget::REPEAT_INTERVAL_MS * (change + 1));
-        QVERIFY2(changes.at(change) >= earliest - 1,
-                 qPrintable(QString::number(changes.at(change))));
-        if (change > 0) {
-            QCOMPARE(values.at(change).toDouble(), values.at(change - 1).toDouble() - 1.0);
-        }
-    }
-    QCOMPARE(values.first(), QStringLiteral("49.0"));
-}
-
-void GripperControlWidgetTest::hold_stops_at_the_limit() {
-    QVERIFY(activate_and_wait(0));
-    QVERIFY(move_to(2.0));
-    QSignalSpy ticks(repeat_timer(), SIGNAL(timeout()));
-    QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
-    QTest::mousePress(decrease, Qt::LeftButton);
-    QTRY_COMPARE(position_field()->text(), QStringLiteral("0.0"));
-    const int ticks_at_the_limit = ticks.count();
-    QTRY_VERIFY(ticks.count() >= ticks_at_the_limit + 4);
-    QCOMPARE(position_field()->text(), QStringLiteral("0.0"));
-    QTest::mouseRelease(decrease, Qt::LeftButton);
-    QTRY_COMPARE(simulator_.snapshot(QUICK).position, 0);
-
-    QVERIFY(driver_of(0)->set_force(97));
-    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("97"));
-    QPushButton* increase = find<QPushButton>("push_button_force_increase_");
-    QTest::mousePress(increase, Qt::LeftButton);
-    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
-    const int ticks_at_the_maximum = ticks.count();
-    QTRY_VERIFY(ticks.count() >= ticks_at_the_maximum + 4);
-    QCOMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
-    QTest::mouseRelease(increase, Qt::LeftButton);
-    QTRY_COMPARE(simulator_.snapshot(QUICK).force, 100);
-    QVERIFY(!repeat_timer()->isActive());
-}
-
-void GripperControlWidgetTest::short_click_steps_the_gripper_once() {
-    QVERIFY(activate_and_wait(0));
+// A short click steps the gripper once; a hold steps the field every 25 ms after the hold
+// delay, never past a limit, and sends the value on release.
+void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
+    GripperLogicControl* driver = driver_of(0);
+    QVERIFY(driver->set_activate());
+    QTRY_VERIFY(GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
+                GripperLogicControl::GS_ARRIVED == driver->get_gripper_status());
     QVERIFY(move_to(50.0));
     click("push_button_position_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(49.9));
@@ -257,34 +195,67 @@ void GripperControlWidgetTest::short_click_steps_the_gripper_once() {
     QTRY_COMPARE(simulator_.snapshot(QUICK).speed, driver_of(0)->get_speed_min());
     click("push_button_force_max_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).force, driver_of(0)->get_force_max());
+
+    QVERIFY(move_to(50.0));
+    QElapsedTimer clock;
+    QList<qint64> changes;
+    QStringList values;
+    const QMetaObject::Connection recording =
+        connect(position_field(), &QLineEdit::textChanged, [&](const QString& text) {
+            changes << clock.elapsed();
+            values << text;
+        });
+    QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
+    clock.start();
+    QTest::mousePress(decrease, Qt::LeftButton);
+    QTRY_VERIFY(values.size() >= 8);
+    QCOMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
+    const double shown = position_field()->text().toDouble();
+    disconnect(recording);
+    QTest::mouseRelease(decrease, Qt::LeftButton);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(shown - 0.1));
+    // Step k comes on the repeat timer's tick k + 1, started once the hold delay has passed;
+    // a coarse timer may fire up to 5 % early, a late tick lets the next one come sooner.
+    for (int change = 0; change < changes.size(); ++change) {
+        const double earliest = 0.95 * (GripperControlWidget::PRESS_DELAY_MS +
+                                        GripperControlWidget::REPEAT_INTERVAL_MS * (change + 1));
+        QVERIFY2(changes.at(change) >= earliest - 1,
+                 qPrintable(QString::number(changes.at(change))));
+        QCOMPARE(values.at(change).toDouble(),
+                 (change ? values.at(change - 1).toDouble() : 50.0) - 1.0);
+    }
+
+    QVERIFY(move_to(2.0));
+    QVERIFY(driver_of(0)->set_force(97));
+    QTRY_COMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("97"));
+    QSignalSpy ticks(repeat_timer(), SIGNAL(timeout()));
+    const char* const holds[][3] = {
+        {"push_button_position_decrease_", "line_edit_position_", "0.0"},
+        {"push_button_force_increase_", "line_edit_force_", "100"}};
+    for (const auto& hold : holds) {
+        QTest::mousePress(find<QPushButton>(hold[0]), Qt::LeftButton);
+        QTRY_COMPARE(find<QLineEdit>(hold[1])->text(), QString::fromLatin1(hold[2]));
+        const int ticks_at_the_limit = ticks.count();
+        QTRY_VERIFY(ticks.count() >= ticks_at_the_limit + 4);
+        QCOMPARE(find<QLineEdit>(hold[1])->text(), QString::fromLatin1(hold[2]));
+        QTest::mouseRelease(find<QPushButton>(hold[0]), Qt::LeftButton);
+    }
+    QTRY_COMPARE(simulator_.snapshot(QUICK).position, 0);
+    QTRY_COMPARE(simulator_.snapshot(QUICK).force, 100);
+    QVERIFY(!repeat_timer()->isActive());
 }
 
+// The program state comes from the robot program's thread.
 void GripperControlWidgetTest::whole_page_disabled_while_a_program_runs() {
-    QWidget* setting = GripperSettingWidget::instance();
-    std::thread hook(
-        [] { GripperGlobal::instance().set_program_state(GripperGlobal::PS_RUNNING); });
-    hook.join();
-    QTRY_VERIFY(!control_->isEnabled());
-    QTRY_VERIFY(!setting->isEnabled());
-    std::thread stop(
-        [] { GripperGlobal::instance().set_program_state(GripperGlobal::PS_STOPPED); });
-    stop.join();
-    QTRY_VERIFY(control_->isEnabled());
-    QTRY_VERIFY(setting->isEnabled());
-}
-
-void GripperControlWidgetTest::silent_gripper_and_vanished_port() {
-    QVERIFY(activate_and_wait(0));
-    QTRY_COMPARE(status_->text(), QStringLiteral("Activated"));
-    simulator_.set_fault(QUICK, gripper_sim::Fault::silent);
-    QTRY_COMPARE_WITH_TIMEOUT(driver_of(0)->get_communication_status(),
-                              GripperCommunication::CS_READ_EXCEPTION, 10000);
-    click("push_button_force_min_");
-    click("push_button_position_increase_");
-    QCOMPARE(status_->text(), QStringLiteral("Activated"));
-    simulator_.set_fault(QUICK, gripper_sim::Fault::vanish);
-    QTRY_COMPARE_WITH_TIMEOUT(status_->text(), QStringLiteral("Write EXCP"), 10000);
-    QCOMPARE(status_->property("tone").toString(), QStringLiteral("fault"));
+    for (const bool running : {true, false}) {
+        std::thread hook([running] {
+            GripperGlobal::instance().set_program_state(running ? GripperGlobal::PS_RUNNING
+                                                                : GripperGlobal::PS_STOPPED);
+        });
+        hook.join();
+        QTRY_COMPARE(control_->isEnabled(), !running);
+        QTRY_COMPARE(GripperSettingWidget::instance()->isEnabled(), !running);
+    }
 }
 
 QTEST_MAIN(GripperControlWidgetTest)

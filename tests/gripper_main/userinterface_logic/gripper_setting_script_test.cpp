@@ -3,6 +3,9 @@
 // simulated grippers on loopback TCP and a real pseudo-terminal.
 #include <QtTest>
 
+#include <atomic>
+#include <thread>
+
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/page_test_support.h"
 
@@ -29,6 +32,7 @@ private slots:
     void bad_parameter_lists_are_refused();
     void debug_connect_uses_the_last_serial_port();
     void operations_on_the_interface_thread_run_in_place();
+    void deleting_the_page_ends_a_waiting_connect_or_disconnect();
 
 private:
     std::vector<std::string> tcp(int index, int gripper) const {
@@ -154,6 +158,31 @@ void GripperSettingScriptTest::operations_on_the_interface_thread_run_in_place()
     QVERIFY(setting->disconnect_gripper(3));
     QVERIFY(nullptr == driver_of(3));
     QVERIFY(setting->scan_gripper());
+}
+
+// The host deletes the page while script commands wait on its operations: both return false and
+// touch nothing of the freed page (the sanitizer builds watch).
+void GripperSettingScriptTest::deleting_the_page_ends_a_waiting_connect_or_disconnect() {
+    QVERIFY(connect_tcp(0, SECOND));
+    simulator_.set_fault(FIRST, gripper_sim::Fault::silent);
+    GripperSettingWidget* setting = GripperSettingWidget::instance();
+    std::atomic<int> connected(-1);
+    std::atomic<int> disconnected(-1);
+    std::thread connect([&] {
+        connected = setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT, tcp(1, FIRST));
+    });
+    const QLabel* label = setting->findChild<QLabel*>("label_status_");
+    QTRY_COMPARE(label->text(), QStringLiteral("Connecting"));
+    // Queued behind the silent connect on the link worker.
+    std::thread disconnect([&] { disconnected = setting->disconnect_gripper(0); });
+    QTRY_COMPARE(label->text(), QStringLiteral("Disconnecting"));
+    delete page_;
+    page_ = nullptr;
+    QTRY_VERIFY(-1 != connected && -1 != disconnected);
+    connect.join();
+    disconnect.join();
+    QCOMPARE(connected.load(), 0);
+    QCOMPARE(disconnected.load(), 0);
 }
 
 QTEST_MAIN(GripperSettingScriptTest)

@@ -6,6 +6,7 @@
 #include <QTabWidget>
 #include <QtTest>
 
+#include "gripper/gripper_common/object_keeper/object_keeper.h"
 #include "gripper_main/userinterface_logic/gripper_control_widget/gripper_control_widget.h"
 #include "tests/test_support/log_capture.h"
 #include "tests/test_support/page_test_support.h"
@@ -181,10 +182,21 @@ void GripperSettingWidgetTest::usb_connect_activate_disconnect_by_clicking() {
     QTRY_COMPARE(status()->text(), QStringLiteral("Disconnected"));
     QVERIFY(nullptr == driver_of(0));
     QVERIFY(enabled("push_button_connect_"));
+    // The disconnected driver is destroyed, not kept until exit.
+    QTRY_COMPARE(GripperLogicControl::live_count(), 0);
 }
 
 void GripperSettingWidgetTest::tcp_connect_by_clicking_bad_address_stops_bad_port_goes_on() {
     LogCapture log;
+    // Gripper 1 was last connected over USB: a rejected port asks for TCP with the USB list it
+    // holds, which fails, and the USB link is not opened.
+    choose_type(QStringLiteral("TCP Client"));
+    type_into("line_edit_ip_", QStringLiteral("127.0.0.1"));
+    find<QLineEdit>("line_edit_port_")->setText(QStringLiteral("80"));
+    click("push_button_connect_");
+    QTRY_VERIFY(log.contains("NULL == device->gripper_abstract_control_"));
+    QVERIFY(log.contains("3 != list_parameters.size()"));
+    QVERIFY(nullptr == driver_of(0));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 1));
     choose_type(QStringLiteral("TCP Client"));
     type_into("line_edit_ip_", QStringLiteral("127.0.1"));
@@ -209,6 +221,7 @@ void GripperSettingWidgetTest::tcp_connect_by_clicking_bad_address_stops_bad_por
     find<QLineEdit>("line_edit_port_")->setText(QStringLiteral("80"));
     click("push_button_connect_");
     QTRY_VERIFY(nullptr != driver_of(1));
+    QCOMPARE(driver_of(1)->get_communication_connection(), GripperCommunication::CC_TCP_CLIENT);
     QVERIFY(log.contains("!MiscellaneousUtility::is_valid_port(port)"));
     QVERIFY(log.contains("port = 80"));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 0));
@@ -221,6 +234,8 @@ void GripperSettingWidgetTest::count_4_to_2_removes_records_3_then_2() {
     QCOMPARE(before.size(), 4u);
     QVERIFY(connect_gripper(2, TCP));
     QVERIFY(pick(find<QComboBox>("combo_box_node_"), 3));
+    // Held by this reader, the removed records stay allocated until the test ends.
+    const ObjectKeeper::Section section;
     std::vector<std::string> journal;
     RegistryJournal history("registry", journal);
     GripperGlobal::instance().add_notify_interface(&history);

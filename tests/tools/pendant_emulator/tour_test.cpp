@@ -15,7 +15,7 @@
 
 namespace {
 
-const int STAGES = 10;
+const int STAGES = 11;
 
 QStringList transcript_lines(const QString& folder) {
     QFile file(folder + "/transcript.txt");
@@ -60,9 +60,9 @@ TEST(PendantEmulatorTour, EveryStagePassesWithItsAnswersAndPictures) {
     } answers[] = {
         {"gripper_scan -> true \"i | 0\"", 1},
         {"gripper_isConnect|1 -> true \"i | 1\"", 1},
-        {"gripper_isConnect|2 -> true \"i | 1\"", 2},
+        {"gripper_isConnect|2 -> true \"i | 1\"", 3},
         {"gripper_isActivate|1 -> true \"i | 1\"", 1},
-        {"gripper_isActivate|2 -> true \"i | 1\"", 1},
+        {"gripper_isActivate|2 -> true \"i | 1\"", 2},
         {"message box: Information: Condition saved.", 2},
         {"set_2_finger_gripper_param|1, 100, 50, 80, true -> true \"i | 0\"", 2},
         {"set_2_finger_gripper_param|1, 0, 50, 80, true -> true \"i | 0\"", 1},
@@ -73,7 +73,7 @@ TEST(PendantEmulatorTour, EveryStagePassesWithItsAnswersAndPictures) {
         {"get_gripper_status|1 -> true \"i | 2\"", 1},
         {"gripper_isDrop|1 -> true \"i | 1\"", 1},
         {"get_gripper_status|1 -> true \"i | 3\"", 1},
-        {"gripper_isConnect|2 -> true \"i | 0\"", 2},
+        {"gripper_isConnect|2 -> true \"i | 0\"", 3},
         {"gripper_isConnect|1 -> true \"i | 0\"", 1},
         {"== Tour passed", 1},
     };
@@ -88,7 +88,7 @@ TEST(PendantEmulatorTour, EveryStagePassesWithItsAnswersAndPictures) {
     for (const char* name :
          {"01-page", "02-connected", "03-activated", "03-activated-zh_CN", "04-editor",
           "05-program", "06-running-paused", "07-page-while-running", "08-stopped", "09-dropped",
-          "10-link-lost", "11-reopened", "12-script-console", "13-emulator"}) {
+          "10-link-lost", "10-reconnecting", "11-reopened", "12-script-console", "13-emulator"}) {
         const QImage picture(folder.filePath(QString(name) + ".png"));
         ASSERT_FALSE(picture.isNull()) << name;
         EXPECT_FALSE(Screenshot::blank(picture)) << name;

@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QSettings>
 #include <QtTest>
 
 #include "src/plugins/templateplugin/common/common.h"
@@ -53,12 +52,11 @@ private slots:
         QSettings settings(QStringLiteral("orlape"), QStringLiteral("orlape_system"));
         settings.setValue(QStringLiteral("Displays/Resolution"), QStringLiteral("1280*960"));
         settings.sync();
-        QCOMPARE(Common::getCommonHandle()->getWidthRatio(), 800.0 / 1024.0);
-        QCOMPARE(Common::getCommonHandle()->getHeightRatio(), 600.0 / 768.0);
     }
 
     // Sizes, fonts, margins and spacing are scaled once from the designed values, however
-    // often the form scales itself; a child that inherits its font follows the form's.
+    // often the form scales itself; a child that inherits its font follows the form's. Style
+    // sheets scale their pixel sizes.
     void scalesFromTheDesignedValuesOnly() {
         DrawnForm form;
         for (int pass = 0; pass < 2; ++pass) {
@@ -74,6 +72,9 @@ private slots:
             QVERIFY(!form.button_->testAttribute(Qt::WA_SetFont));
             QCOMPARE(form.button_->font().pointSize(), 16);
         }
+        form.label_->setStyleSheet(QStringLiteral("QLabel { padding: 32px; }"));
+        Common::getCommonHandle()->setRatioStyleSheet(form.label_);
+        QCOMPARE(form.label_->styleSheet(), QStringLiteral("QLabel { padding: 25px; }"));
     }
 };
 

@@ -49,12 +49,10 @@ TEST(GripperConditionClassTest, BrokenTextGivesARecordOfZeros) {
 }
 
 TEST(GripperConditionClassTest, WritesNegativeAndEmptyRecordsAsTheyAre) {
-    gripper_condition_class negative(QStringLiteral("a"), QStringLiteral("{}"),
-                                     QStringLiteral("Zanther2F"), 0, 500, 50, 80, true);
-    negative.setPosition(-5);
+    gripper_condition_class negative = record_with(-5, 50, 80);
     negative.setIsBlock(false);
     EXPECT_EQ(QStringLiteral("script_common_interface(\"Zanther2F\", "
-                             "\"set_2_finger_gripper_param|0, -5, 50, 80, false\")"),
+                             "\"set_2_finger_gripper_param|1, -5, 50, 80, false\")"),
               gripper_condition_class::condInfo2ScriptInfo(&negative));
     gripper_condition_class empty;
     EXPECT_EQ(QStringLiteral("script_common_interface(\"\", "

@@ -238,6 +238,15 @@ void PluginHostTest::rebuildsAndWritesProgramSteps() {
                                 "\"Force\":19,\"Speed\":1,\"IsBlock\":true}"));
     QVERIFY(!host_.checkCondInfo(weak.get(), error));
     QCOMPARE(error, QStringLiteral("force does not match the configuration information"));
+    // A host that names the object otherwise gets the steps checked all the same, with and
+    // without an open editor.
+    host_.plugin()->setObjectName(QStringLiteral("gripper"));
+    QVERIFY(host_.checkCondInfo(record.get(), error));
+    std::unique_ptr<QWidget> editor(host_.createCondUI(nullptr));
+    QVERIFY(host_.checkCondInfo(record.get(), error));
+    QVERIFY(!host_.checkCondInfo(weak.get(), error));
+    editor.reset();
+    host_.plugin()->setObjectName(QStringLiteral("Zanther2F"));
     QCOMPARE(host_.failed_invocations(), 0);
 }
 

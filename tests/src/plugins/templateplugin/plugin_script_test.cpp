@@ -11,6 +11,7 @@
 #include "tests/test_support/plugin_host.h"
 #include "tests/test_support/qt_log_capture.h"
 #include "tests/test_support/script_thread.h"
+#include "tests/test_support/wait_until.h"
 #include "tools/gripper_simulator/simulator.h"
 
 namespace {
@@ -42,6 +43,7 @@ private slots:
     void pauseHoldsAMoveUntilResumeAndADropEndsIt();
     void linkFaultAloneDoesNotEndAWait();
     void stopEndsAWaitPromptly();
+    void stopEndsAWaitWhileTheGripperHangs();
     void disconnectDuringAWaitEndsIt();
     void disconnectsTheNamedGripperOnly();
     void cleanupTestCase();
@@ -184,6 +186,27 @@ void PluginScriptTest::stopEndsAWaitPromptly() {
     QCOMPARE(QtLogCapture::lines().filter(QRegularExpression("RSS_STOP|set_position")), stop_lines);
     QVERIFY(host_.plugin()->initParms());
     QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_status|1"), kYes, 10000);
+}
+
+// With the serial gripper silent mid-move, a stop ends the wait before the unanswered exchange
+// sends its next request: the command's way out does not wait for the driver lock it holds.
+void PluginScriptTest::stopEndsAWaitWhileTheGripperHangs() {
+    const auto script = start("set_gripper_position|1,100,true");
+    QTRY_VERIFY_WITH_TIMEOUT(moving(usb_), 5000);
+    simulator_.set_fault(usb_, gripper_sim::Fault::silent);
+    QtLogCapture::clear();
+    const QRegularExpression pass_or_end(QStringLiteral("write_stream|!set_position"));
+    QVERIFY(wait_until([&] { return !QtLogCapture::lines().filter(pass_or_end).isEmpty(); }));
+    QVERIFY(host_.plugin()->stopPlugin());
+    QVERIFY(script->wait(5000));
+    const QStringList order = QtLogCapture::lines().filter(pass_or_end);
+    QVERIFY(order.size() >= 2);
+    QVERIFY(order.at(0).startsWith(QStringLiteral("D write_stream")));
+    QCOMPARE(order.at(1), QStringLiteral("W !set_position(position)"));
+    simulator_.set_fault(usb_, gripper_sim::Fault::none);
+    QVERIFY(host_.plugin()->initParms());
+    QTRY_COMPARE_WITH_TIMEOUT(send("get_gripper_position|1"),
+                              (Reply{true, QStringLiteral("i|100")}), 10000);
 }
 
 // A disconnect leaves the driver without a state (GS_UNDEFINE), which ends the wait.
