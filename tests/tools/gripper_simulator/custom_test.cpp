@@ -37,19 +37,16 @@ const Bytes kIdAnswer = frame(kId, 0x12, 0x01, kRead, kId);
 // What a gripper sends unasked when it loses the object it held.
 const Bytes kDropNotice = frame(kId, 0x15, 0x01, kRead, 1);
 
-gripper_sim::GripperOptions quick_options() {
-    gripper_sim::GripperOptions options;
-    options.id = kId;
-    options.position_max = 100;
-    options.init_ms = 20;
-    options.full_stroke_ms = 400;
-    options.late_ms = 300;
-    return options;
-}
-
 class CustomTcpTest : public ::testing::Test {
 protected:
-    void start(const gripper_sim::GripperOptions& options = quick_options()) {
+    void SetUp() override {
+        gripper_sim::GripperOptions options;
+        options.id = kId;
+        options.position_max = 100;
+        options.init_ms = 20;
+        options.full_stroke_ms = 400;
+        options.late_ms = 300;
+        options.object_at = 50;
         ASSERT_EQ(1, simulator_.add_custom_tcp(options));
         EXPECT_EQ("127.0.0.1:" + std::to_string(simulator_.tcp_port(1)), simulator_.endpoint(1));
         client_ = connect_loopback(simulator_.tcp_port(1));
@@ -74,17 +71,6 @@ protected:
         ASSERT_TRUE(wait_until([&] { return 1 == read_value(0x08, 0x02); }));
     }
 
-    // Move feedback polled until it leaves "moving"; the positions seen on the way.
-    std::vector<int> follow_move(int& final_feedback) {
-        std::vector<int> positions;
-        wait_until([&] {
-            final_feedback = read_value(0x0F, 0x01);
-            positions.push_back(read_value(0x06, 0x02));
-            return kMoving != final_feedback;
-        });
-        return positions;
-    }
-
     gripper_sim::Simulator simulator_;
     FdStream client_;
 };
@@ -92,9 +78,6 @@ protected:
 // An object at 50 stops a move to 100 half way. "drop N next" loses it when the next request
 // comes: the dropped notice arrives before that request's answer.
 TEST_F(CustomTcpTest, MovesOnlyOnceInitialisedUntilAnObjectStopsItAndDropsItOnRequest) {
-    gripper_sim::GripperOptions options = quick_options();
-    options.object_at = 50;
-    start(options);
     ASSERT_TRUE(client_.write(kIdRequest));
     EXPECT_EQ(kIdAnswer, client_.read(14));
     EXPECT_EQ(0, read_value(0x08, 0x02));
@@ -107,7 +90,12 @@ TEST_F(CustomTcpTest, MovesOnlyOnceInitialisedUntilAnObjectStopsItAndDropsItOnRe
     EXPECT_EQ(kArrived, read_value(0x0F, 0x01));
     ask(0x06, 0x02, kWrite, 100);
     int feedback = -1;
-    const std::vector<int> positions = follow_move(feedback);
+    std::vector<int> positions;
+    wait_until([&] {
+        feedback = read_value(0x0F, 0x01);
+        positions.push_back(read_value(0x06, 0x02));
+        return kMoving != feedback;
+    });
     EXPECT_EQ(kDetected, feedback);
     EXPECT_EQ(50, read_value(0x06, 0x02));
     EXPECT_TRUE(std::any_of(positions.begin(), positions.end(), [](int position) {
@@ -126,7 +114,6 @@ TEST_F(CustomTcpTest, MovesOnlyOnceInitialisedUntilAnObjectStopsItAndDropsItOnRe
 }
 
 TEST_F(CustomTcpTest, SettingsReadBackWhatWasWritten) {
-    start();
     // Force, closing force, speed and angle: written, then read from the same register.
     const int settings[][3] = {
         {0x05, 0x04, 60}, {0x05, 0x02, 45}, {0x09, 0x02, 30}, {0x07, 0x02, -90}};
@@ -145,7 +132,6 @@ TEST_F(CustomTcpTest, SettingsReadBackWhatWasWritten) {
 
 // A new client replaces the old one. Vanish and reset are in the doctor's and the tour's tests.
 TEST_F(CustomTcpTest, ANewClientReplacesTheOldOne) {
-    start();
     FdStream second = connect_loopback(simulator_.tcp_port(1));
     EXPECT_EQ(0, client_.wait_closed());
     ASSERT_TRUE(second.write(kIdRequest));
@@ -153,7 +139,6 @@ TEST_F(CustomTcpTest, ANewClientReplacesTheOldOne) {
 }
 
 TEST_F(CustomTcpTest, DamagedAndLateAnswersShowTheirFault) {
-    start();
     simulator_.set_fault(1, Fault::bad_crc);
     ASSERT_TRUE(client_.write(kIdRequest));
     const Bytes corrupt = client_.read(14);

@@ -48,17 +48,16 @@ int answer_value(const Bytes& answer) {
     return valid ? answer[3] << 8 | answer[4] : -1;
 }
 
-gripper_sim::GripperOptions quick_options() {
-    gripper_sim::GripperOptions options;
-    options.id = kId;
-    options.init_ms = 30;
-    options.full_stroke_ms = 400;
-    return options;
-}
-
 class ModbusGripperTest : public ::testing::Test {
 protected:
-    void start(const gripper_sim::GripperOptions& options = quick_options()) {
+    void SetUp() override {
+        gripper_sim::GripperOptions options;
+        options.id = kId;
+        options.init_ms = 30;
+        options.full_stroke_ms = 400;
+        options.object_at = 400;
+        options.model_code = 0x0200;
+        options.modbus_version = 0x0105;
         ASSERT_EQ(1, simulator_.add_modbus_pty(options));
         line_ = open_raw_terminal(simulator_.endpoint(1));
         ASSERT_TRUE(line_.valid());
@@ -108,10 +107,6 @@ protected:
 };
 
 TEST_F(ModbusGripperTest, AnswersIdModelVersionSettingsExceptionsAndEmergencyFrames) {
-    gripper_sim::GripperOptions options = quick_options();
-    options.model_code = 0x0200;
-    options.modbus_version = 0x0105;
-    start(options);
     // The id request goes to slave 255, which any slave answers.
     EXPECT_EQ(kId, answer_value(ask({0xFF, 0x03, 0x03, 0x02, 0x00, 0x01})));
     EXPECT_EQ(kId, read(kIdRegister));
@@ -135,9 +130,6 @@ TEST_F(ModbusGripperTest, AnswersIdModelVersionSettingsExceptionsAndEmergencyFra
 
 // An object at 400 stops a move to 1000 on the way; pushing further keeps the fingers on it.
 TEST_F(ModbusGripperTest, MovesOnlyOnceInitialisedUntilAnObjectStopsIt) {
-    gripper_sim::GripperOptions options = quick_options();
-    options.object_at = 400;
-    start(options);
     EXPECT_EQ(0, read(kInitState));
     // The write is echoed as usual, but an uninitialised gripper does not move.
     ASSERT_TRUE(write(kTarget, 800));
@@ -169,7 +161,6 @@ TEST_F(ModbusGripperTest, MovesOnlyOnceInitialisedUntilAnObjectStopsIt) {
 
 // Both take the pty away; clearing them opens a fresh one, announced in the file.
 TEST_F(ModbusGripperTest, VanishAndResetReplaceThePty) {
-    start();
     TempDir dir;
     simulator_.set_announce_file(1, dir.file("pts"));
     for (Fault fault : {Fault::vanish, Fault::reset}) {
