@@ -71,7 +71,6 @@ private:
     void type(const char* field, const QString& text);
     void click(const char* button);
     QString script(int row) const;
-    QVector<ScriptLine> lines(const QStringList& commands) const;
 
     PrivateSettings settings_;
     QTemporaryDir folder_;
@@ -175,14 +174,6 @@ QString EmulatorWindowTest::script(int row) const {
     return panel_->steps().script_text(row, error);
 }
 
-QVector<ScriptLine> EmulatorWindowTest::lines(const QStringList& commands) const {
-    QVector<ScriptLine> result;
-    for (const QString& command : commands) {
-        result.append({PLUGIN, command});
-    }
-    return result;
-}
-
 void EmulatorWindowTest::program_files_are_checked_saved_and_refused_whole() {
     const QString path = folder_.filePath("program.json");
     QString error;
@@ -254,8 +245,8 @@ void EmulatorWindowTest::runs_pause_and_stop_or_end_at_a_failing_line() {
     QSignalSpy ended(&runner, &ProgramRunner::program_ended);
 
     QVERIFY(!runner.run({}));
-    QVERIFY(runner.run(lines({"gripper_isConnect|1", "gripper_isConnect|2"})));
-    QVERIFY(!runner.run(lines({"gripper_isConnect|1"})));
+    QVERIFY(runner.run({{PLUGIN, "gripper_isConnect|1"}, {PLUGIN, "gripper_isConnect|2"}}));
+    QVERIFY(!runner.run({{PLUGIN, "gripper_isConnect|1"}}));
     runner.pause();
     QVERIFY(!page->isEnabled());
     QTRY_COMPARE(runner.state(), ProgramRunner::State::paused);
@@ -269,7 +260,7 @@ void EmulatorWindowTest::runs_pause_and_stop_or_end_at_a_failing_line() {
 
     // A failing line ends the program.
     started.clear();
-    QVERIFY(runner.run(lines({"foo|1", "gripper_isConnect|1"})));
+    QVERIFY(runner.run({{PLUGIN, "foo|1"}, {PLUGIN, "gripper_isConnect|1"}}));
     QTRY_COMPARE(ended.count(), 2);
     QCOMPARE(ended.last().at(0).toString(), QString("line 1 failed: the plug-in returned false"));
     QVERIFY(runner.run({{"Nope", "gripper_isConnect|1"}, {PLUGIN, "gripper_isConnect|1"}}));
