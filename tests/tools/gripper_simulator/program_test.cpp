@@ -35,6 +35,8 @@ TEST(GripperSimProgram, AnnouncesItsGrippersAndObeysControlCommands) {
         {"fault 1 silent", "ok"},
         {"list", "1 modbus pty " + path_of(pty_line) + " id=2 fault=silent"},
         {"frobnicate 3", "error: "},
+        {"drop 1 next", "error: gripper 1 holds no object"},
+        {"drop 1 later", "error: usage: drop N [next]"},
         {"quit", "ok"},
     };
     for (const auto& exchange : dialogue) {

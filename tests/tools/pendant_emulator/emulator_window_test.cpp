@@ -90,9 +90,11 @@ void EmulatorWindowTest::initTestCase() {
     notes.close();
     QVERIFY(QDir(folder_.path()).mkdir("sub"));
     EmulatorOptions options;
-    options.plugin_folder = folder_.path();
-    options.simulators = false;
-    options.language = "xx";
+    QString error;
+    QVERIFY2(EmulatorOptions::parse({"pendant-emulator", "--plugins", folder_.path(),
+                                     "--no-simulators", "--language", "xx"},
+                                    options, error),
+             qPrintable(error));
     window_.reset(new EmulatorWindow(options));
     QVERIFY(window_->start_grippers(QString()));
     window_->load_plugins(folder_.filePath("shared"));
