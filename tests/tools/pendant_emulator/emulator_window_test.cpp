@@ -56,7 +56,6 @@ class EmulatorWindowTest : public QObject {
 private slots:
     void initTestCase();
     void the_gripper_plugin_loads_and_the_others_are_reported();
-    void a_second_plugin_or_a_missing_folder_is_reported();
     void program_files_are_checked_saved_and_refused_whole();
     void the_editor_edits_copies_and_removes_steps();
     void runs_pause_and_stop_or_end_at_a_failing_line();
@@ -133,10 +132,7 @@ void EmulatorWindowTest::the_gripper_plugin_loads_and_the_others_are_reported() 
     QString error;
     QVERIFY(!missing.install(folder_.filePath("missing.qm"), error));
     QCOMPARE(error, "the catalogue " + folder_.filePath("missing.qm") + " does not load");
-}
-
-// A second plug-in of a loaded name and a missing folder load nothing, each with its reason.
-void EmulatorWindowTest::a_second_plugin_or_a_missing_folder_is_reported() {
+    // A second plug-in of a loaded name and a missing folder load nothing, each with its reason.
     QTemporaryDir second;
     QVERIFY(QFile::link(ZANTHER2F_LIBRARY, second.filePath("libZanther2F-copy.so")));
     const QString rows[][2] = {
