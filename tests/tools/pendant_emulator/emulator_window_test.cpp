@@ -67,7 +67,6 @@ private slots:
 
 private:
     QWidget* editor();
-    void type(const char* field, const QString& text);
     void click(const char* button);
     QString script(int row) const;
 
@@ -152,15 +151,6 @@ QWidget* EmulatorWindowTest::editor() {
     return panel_->editor(PLUGIN)->editor();
 }
 
-void EmulatorWindowTest::type(const char* field, const QString& text) {
-    auto* edit = editor()->findChild<QLineEdit*>(field);
-    QVERIFY(edit != nullptr);
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Backspace);
-    QTest::keyClicks(edit, text);
-    QCOMPARE(edit->text(), text);
-}
-
 void EmulatorWindowTest::click(const char* button) {
     auto* push = editor()->findChild<QPushButton*>(button);
     QVERIFY(push != nullptr);
@@ -206,8 +196,12 @@ void EmulatorWindowTest::program_files_are_checked_saved_and_refused_whole() {
 void EmulatorWindowTest::the_editor_edits_copies_and_removes_steps() {
     QVERIFY(panel_->edit_step(1));
     QTRY_VERIFY(panel_->editor(PLUGIN)->isVisible());
-    QCOMPARE(editor()->findChild<QLineEdit*>("le_position")->text(), QString("50"));
-    type("le_position", "30");
+    auto* position = editor()->findChild<QLineEdit*>("le_position");
+    QVERIFY(position != nullptr);
+    QCOMPARE(position->text(), QString("50"));
+    position->selectAll();
+    QTest::keyClick(position, Qt::Key_Backspace);
+    QTest::keyClicks(position, "30");
     click("pbn_confirm");
     QTRY_COMPARE(script(1), line_for("2, 30, 20, 30, true"));
     QCOMPARE(panel_->steps().count(), 2);
