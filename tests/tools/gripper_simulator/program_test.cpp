@@ -11,7 +11,6 @@
 namespace {
 
 const std::string kProgram = GRIPPER_SIM_PROGRAM;
-const Bytes kIdRequest{0xFF, 0x03, 0x03, 0x02, 0x00, 0x01, 0x30, 0x50};
 
 // The path of a "PTY is <path>" line; empty for any other line.
 std::string path_of(const std::string& pty_line) {
@@ -26,10 +25,6 @@ TEST(GripperSimProgram, AnnouncesItsGrippersAndObeysControlCommands) {
     ASSERT_FALSE(path_of(pty_line).empty()) << pty_line;
     EXPECT_EQ(0u, sim.read_line().rfind("TCP is 127.0.0.1:", 0));
     EXPECT_EQ(pty_line + "\n", read_file(dir.file("pts")));
-
-    FdStream line = open_raw_terminal(path_of(pty_line));
-    ASSERT_TRUE(line.write(kIdRequest));
-    EXPECT_EQ(2, line.read(7).at(4));
 
     const std::vector<std::pair<std::string, std::string>> dialogue = {
         {"fault 1 silent", "ok"},
