@@ -68,6 +68,8 @@ GripperLinkOptions::GripperLinkOptions(QWidget* parent)
     for (int row = 0; row < PERIOD_COUNT; ++row) {
         combo_box_move_period_->addItem(QString());
     }
+    // Wide enough for the longest period in any language.
+    combo_box_move_period_->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     retranslate();
     QHBoxLayout* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -75,8 +77,10 @@ GripperLinkOptions::GripperLinkOptions(QWidget* parent)
     layout->addStretch(1);
     layout->addWidget(label_move_period_);
     layout->addWidget(combo_box_move_period_);
-    connect(check_box_reconnect_, SIGNAL(toggled(bool)), this, SLOT(on_reconnect_toggled(bool)));
-    connect(combo_box_move_period_, SIGNAL(activated(int)), this, SLOT(on_period_activated(int)));
+    connect(check_box_reconnect_, &QCheckBox::toggled, this,
+            &GripperLinkOptions::on_reconnect_toggled);
+    connect(combo_box_move_period_, static_cast<void (QComboBox::*)(int)>(&QComboBox::activated),
+            this, &GripperLinkOptions::on_period_activated);
     show_device(0);
 }
 

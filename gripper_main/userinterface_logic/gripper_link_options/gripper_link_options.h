@@ -34,11 +34,9 @@ protected:
     // Shows the texts again in a new language.
     void changeEvent(QEvent* event) override;
 
-private slots:
+private:
     void on_reconnect_toggled(bool checked);
     void on_period_activated(int row);
-
-private:
     void retranslate();
 
     QCheckBox* check_box_reconnect_;

@@ -10,13 +10,10 @@ namespace {
 using gripper_sim::GripperModel;
 using gripper_sim::Motion;
 
-// An initialised model with a full stroke of stroke_ms and an object at object_at (-1: none).
+// An initialised model with a full stroke of stroke_ms.
 class ReadyModel : public GripperModel {
 public:
-    explicit ReadyModel(int stroke_ms = 300, int object_at = -1)
-        : GripperModel(options(stroke_ms, object_at)) {
-        initialise();
-    }
+    explicit ReadyModel(int stroke_ms = 300) : GripperModel(options(stroke_ms)) { initialise(); }
 
     bool settles_at(Motion motion, int position,
                     std::chrono::milliseconds deadline = std::chrono::seconds(10)) const {
@@ -25,11 +22,10 @@ public:
     }
 
 private:
-    static gripper_sim::GripperOptions options(int stroke_ms, int object_at) {
+    static gripper_sim::GripperOptions options(int stroke_ms) {
         gripper_sim::GripperOptions options;
         options.init_ms = 0;
         options.full_stroke_ms = stroke_ms;
-        options.object_at = object_at;
         return options;
     }
 };
@@ -52,39 +48,31 @@ TEST(GripperModel, LowerSpeedMovesMoreSlowlyAndSlowModeOverridesSpeed) {
     EXPECT_TRUE(stalled.settles_at(Motion::arrived, 1000, std::chrono::milliseconds(300)));
 }
 
-// Opening leaves a held object behind; initialising clears a drop and stops the fingers.
-TEST(GripperModel, FingersLeaveAHeldObjectWhenOpeningAndInitialisationClearsADrop) {
-    ReadyModel model(300, 300);
-    model.set_target(1000);
-    ASSERT_TRUE(model.settles_at(Motion::detected, 300));
-    EXPECT_TRUE(model.snapshot().object_held);
-    model.set_target(0);
-    EXPECT_TRUE(model.settles_at(Motion::arrived, 0));
-    EXPECT_FALSE(model.snapshot().object_held);
-    EXPECT_FALSE(model.drop());
-
-    model.set_target(1000);
-    ASSERT_TRUE(model.settles_at(Motion::detected, 300));
-    ASSERT_TRUE(model.drop());
-    EXPECT_EQ(Motion::dropped, model.motion());
-    model.initialise();
-    EXPECT_EQ(Motion::arrived, model.motion());
-    EXPECT_EQ(300, model.target());
-}
-
-// Targets beyond the stroke are clamped to it.
-TEST(GripperModel, ObjectsPlacedOnTheWayStopTheFingersAndOnesBehindDoNot) {
+// Targets are clamped to the stroke. An object placed ahead of the moving fingers stops them, one
+// behind them does not; opening leaves a held object behind; initialising clears a drop and stops
+// the fingers.
+TEST(GripperModel, ObjectsOnTheWayStopTheFingersUntilLeftBehindOrDropped) {
     ReadyModel model;
     model.set_target(5000);
     EXPECT_EQ(1000, model.target());
     ASSERT_TRUE(wait_until([&] { return model.position() > 100; }));
     model.set_object(50);
     model.set_object(900);
-    EXPECT_TRUE(model.settles_at(Motion::detected, 900));
-    model.set_object(-1);
-    EXPECT_TRUE(model.settles_at(Motion::arrived, 1000));
+    ASSERT_TRUE(model.settles_at(Motion::detected, 900));
+    EXPECT_TRUE(model.snapshot().object_held);
     model.set_target(-20);
     EXPECT_EQ(0, model.target());
+    EXPECT_TRUE(model.settles_at(Motion::arrived, 0));
+    EXPECT_FALSE(model.snapshot().object_held);
+    EXPECT_FALSE(model.drop());
+
+    model.set_target(1000);
+    ASSERT_TRUE(model.settles_at(Motion::detected, 900));
+    ASSERT_TRUE(model.drop());
+    EXPECT_EQ(Motion::dropped, model.motion());
+    model.initialise();
+    EXPECT_EQ(Motion::arrived, model.motion());
+    EXPECT_EQ(900, model.target());
 }
 
 }  // namespace

@@ -31,17 +31,12 @@ const Bytes kPositionRead = {0x07, 0x03, 0x02, 0x02, 0x00, 0x01, 0x24, 0x14};
 
 }  // namespace
 
-// Without a rate a frame is handed over at once. At 115200 baud each byte is handed over after
+// Without a rate a frame is handed over at once, as every other test of the simulator sees. At
+// 115200 baud each byte is handed over after
 // its time on the wire, and the next frame follows the first; a USB adapter's 1 ms windows hand
 // over what arrived when a window ends (seven bytes take 608 µs: one window, or two).
 TEST(LinePacer, HandsBytesOverAfterTheirTimeOnTheWireAndAtWindowEnds) {
     const Clock::time_point start = Clock::now();
-    LinePacer at_once(0, 0);
-    const std::vector<LinePacer::Piece> whole = at_once.schedule(kAnswer, start);
-    ASSERT_EQ(1u, whole.size());
-    EXPECT_EQ(start, whole[0].due);
-    EXPECT_EQ(kAnswer, whole[0].frame);
-    EXPECT_EQ(start, at_once.request_end(start, 8));
     for (int window_us : {0, 1000}) {
         SCOPED_TRACE(window_us);
         LinePacer pacer(kBaud, window_us);
