@@ -20,14 +20,14 @@ void store(GripperDevice* slot, GLC* driver) {
     __atomic_store_n(&slot->gripper_abstract_control_, driver, __ATOMIC_RELEASE);
 }
 
-// Runs body over and over on a thread of its own until stop, each pass in a section with the
+// Runs body over and over on a thread of its own while it lives, each pass in a section with the
 // slot's driver read at its start; passes counts the passes that found a driver.
 class Reader {
 public:
     template <typename Body>
-    Reader(GripperDevice* slot, const std::atomic<bool>& stop, Body body)
-        : thread_([this, slot, &stop, body] {
-              for (; !stop; std::this_thread::yield()) {
+    Reader(GripperDevice* slot, Body body)
+        : thread_([this, slot, body] {
+              for (; !stop_; std::this_thread::yield()) {
                   const ObjectKeeper::Section section;
                   if (GLC* driver = load(slot)) {
                       body(driver, section);
@@ -35,10 +35,14 @@ public:
                   }
               }
           }) {}
-    ~Reader() { thread_.join(); }
+    ~Reader() {
+        stop_ = true;
+        thread_.join();
+    }
     std::atomic<long> passes{0};
 
 private:
+    std::atomic<bool> stop_{false};
     std::thread thread_;
 };
 
@@ -63,12 +67,11 @@ TEST_F(DriverTest, ReadersRunWhileTheSameGripperReconnects200Times) {
     ASSERT_TRUE(
         wait_until([slot] { return GLC::GS_ACTIVATED == load(slot)->get_gripper_status(); }));
 
-    std::atomic<bool> stop(false);
     GripperCommandWorker worker;
     std::atomic<long> tasks(0);
     {
         // Queries as script commands and page redraws make them.
-        Reader queries(slot, stop, [](GLC* driver, const ObjectKeeper::Section&) {
+        Reader queries(slot, [](GLC* driver, const ObjectKeeper::Section&) {
             driver->get_gripper_status();
             driver->get_communication_status();
             driver->cached_position();
@@ -76,7 +79,7 @@ TEST_F(DriverTest, ReadersRunWhileTheSameGripperReconnects200Times) {
         });
         // A blocking move as the script waits for it: an observer of its own, detached without
         // the driver lock and retired at the end.
-        Reader move(slot, stop, [](GLC* driver, const ObjectKeeper::Section&) {
+        Reader move(slot, [](GLC* driver, const ObjectKeeper::Section&) {
             RecordingObserver* observer = new RecordingObserver(false);
             driver->add_notify_interface(observer);
             if (driver->set_position(driver->cached_position() > 50.0f ? 20.0f : 80.0f)) {
@@ -87,7 +90,7 @@ TEST_F(DriverTest, ReadersRunWhileTheSameGripperReconnects200Times) {
             ObjectKeeper::instance().retire(observer);
         });
         // A worker task carries its poster's section.
-        Reader poster(slot, stop, [&](GLC* driver, const ObjectKeeper::Section& section) {
+        Reader poster(slot, [&](GLC* driver, const ObjectKeeper::Section& section) {
             const auto task = [driver, &tasks] {
                 driver->get_force();
                 ++tasks;
@@ -104,8 +107,7 @@ TEST_F(DriverTest, ReadersRunWhileTheSameGripperReconnects200Times) {
             ASSERT_TRUE(wait_until([&] { return queries.passes > seen[0] && tasks > seen[1]; }))
                 << "cycle " << cycle;
         }
-        stop = true;
-        EXPECT_GT(move.passes, 0);
+        EXPECT_TRUE(wait_until([&] { return move.passes > 0; }));
     }
     worker.release(&worker);
     ASSERT_TRUE(retire());
