@@ -1,8 +1,7 @@
 // Automatic reconnect and the update period of pending moves, against simulated grippers over
 // real pseudo-terminals (reached through a symbolic link, as by-id names are) and loopback TCP.
-#include <unistd.h>
-
 #include "tests/test_support/driver_fixture.h"
+#include "tests/test_support/fd_stream.h"
 
 namespace {
 
@@ -23,8 +22,7 @@ protected:
         gripper_sim::GripperOptions options = quick_options(1, tcp ? 100 : 1000, 50);
         options.full_stroke_ms = stroke_ms;
         const int n = tcp ? simulator_.add_custom_tcp(options) : simulator_.add_modbus_pty(options);
-        const std::string link =
-            "/tmp/gripper-heal-" + std::to_string(::getpid()) + "-" + std::to_string(n);
+        const std::string link = folder_.file("gripper" + std::to_string(n));
         simulator_.set_link(n, link);
         drivers_.push_back(GripperConnectionManager::instance().create(
             nullptr,
@@ -56,6 +54,7 @@ protected:
         }
     }
 
+    TempDir folder_;
     std::vector<GLC*> drivers_;
 };
 
