@@ -3,12 +3,12 @@
 // symbolic link (as /dev/serial/by-id names are) and gets "Reconnect automatically" ticked;
 // gripper 2 speaks frames over loopback TCP with the box clear. Both devices vanish, then come
 // back under the same path and port.
-#include <unistd.h>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QSettings>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include "tests/test_support/plugin_host.h"
@@ -34,6 +34,7 @@ private:
 
     const Reply no_{true, QStringLiteral("i | 0")};
     const Reply yes_{true, QStringLiteral("i | 1")};
+    QTemporaryDir folder_;
     PluginHost host_;
     QWidget* page_ = nullptr;
     gripper_sim::Simulator simulator_;
@@ -60,7 +61,7 @@ void PluginReconnectTest::lostGripperEndsItsMoveAndReconnectsOnlyWhenTicked() {
     QVERIFY(QSettings(QStringLiteral("orlape"), QStringLiteral("gripper_plugin"))
                 .value(QStringLiteral("gripper_0/reconnect"))
                 .toBool());
-    const QString link = QStringLiteral("/tmp/gripper-reconnect-%1").arg(::getpid());
+    const QString link = folder_.filePath(QStringLiteral("gripper1"));
     simulator_.set_link(1, link.toStdString());
     QCOMPARE(send(QStringLiteral("gripper_connect_tcp|2,127.0.0.1:%1").arg(simulator_.tcp_port(2))),
              no_);
