@@ -9,27 +9,18 @@
 
 TEST(GripperStablePortName, ByIdLinkWhereThereIsOneElseThePathItself) {
     QTemporaryDir root;
-    QDir(root.path()).mkdir("by-id");
-    const QString by_id = root.filePath("by-id");
-    for (const char* device : {"ttyUSB1", "ttyUSB2"}) {
-        QFile file(root.filePath(device));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    }
+    const QString by_id = root.filePath("by-id"), usb1 = root.filePath("ttyUSB1"),
+                  usb2 = root.filePath("ttyUSB2"), missing = root.filePath("missing");
+    ASSERT_TRUE(QDir(root.path()).mkdir("by-id") && QFile(usb1).open(QIODevice::WriteOnly) &&
+                QFile(usb2).open(QIODevice::WriteOnly));
     // Relative, as udev makes them; one broken link beside them.
-    ASSERT_TRUE(QFile::link("../ttyUSB1", by_id + "/usb-Adapter_A1-if00-port0"));
-    ASSERT_TRUE(QFile::link("../gone", by_id + "/usb-Adapter_B2-if00-port0"));
-    const struct {
-        QString path;
-        QString folder;
-        QString expected;
-    } rows[] = {
-        {root.filePath("ttyUSB1"), by_id, by_id + "/usb-Adapter_A1-if00-port0"},
-        {root.filePath("ttyUSB2"), by_id, root.filePath("ttyUSB2")},
-        {root.filePath("missing"), by_id, root.filePath("missing")},
-        {root.filePath("ttyUSB1"), root.filePath("no-such-folder"), root.filePath("ttyUSB1")},
-    };
+    ASSERT_TRUE(QFile::link("../ttyUSB1", by_id + "/usb-Adapter_A1-if00-port0") &&
+                QFile::link("../gone", by_id + "/usb-Adapter_B2-if00-port0"));
+    const QString rows[][3] = {{usb1, by_id, by_id + "/usb-Adapter_A1-if00-port0"},
+                               {usb2, by_id, usb2},
+                               {missing, by_id, missing},
+                               {usb1, root.filePath("no-such-folder"), usb1}};
     for (const auto& row : rows) {
-        EXPECT_EQ(row.expected.toStdString(),
-                  GripperStablePortName::of(row.path, row.folder).toStdString());
+        EXPECT_EQ(row[2].toStdString(), GripperStablePortName::of(row[0], row[1]).toStdString());
     }
 }
