@@ -167,16 +167,10 @@ bool GripperSettingWidget::current_device_connected() {
 bool GripperSettingWidget::connect_through_slots() {
     const std::shared_ptr<Jobs> jobs = jobs_;
     const bool in_place = on_interface_thread();
-    const InPlace running_in_place(in_place ? &run_jobs_in_place_ : nullptr);
-    run_on_interface_thread(
-        [this] {
-            update_ui();
-            on_push_button_disconnect__clicked();
-        },
-        true);
-    if (!in_place && !wait_for_jobs(*jobs)) {
+    if (!disconnect_through_slots()) {
         return false;
     }
+    const InPlace running_in_place(in_place ? &run_jobs_in_place_ : nullptr);
     run_on_interface_thread([this] { on_push_button_connect__clicked(); }, true);
     return in_place || wait_for_jobs(*jobs);
 }
