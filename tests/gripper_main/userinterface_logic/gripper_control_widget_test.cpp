@@ -204,17 +204,14 @@ void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
 
     QVERIFY(move_to(50.0));
     QElapsedTimer clock;
-    QList<qint64> changes;
-    QStringList values;
+    QList<QPair<qint64, double>> steps;  // when the field changed, and to what
     const QMetaObject::Connection recording =
-        connect(position_field(), &QLineEdit::textChanged, [&](const QString& text) {
-            changes << clock.elapsed();
-            values << text;
-        });
+        connect(position_field(), &QLineEdit::textChanged,
+                [&](const QString& text) { steps << qMakePair(clock.elapsed(), text.toDouble()); });
     QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
     clock.start();
     QTest::mousePress(decrease, Qt::LeftButton);
-    QTRY_VERIFY(values.size() >= 8);
+    QTRY_VERIFY(steps.size() >= 8);
     QCOMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
     const double shown = position_field()->text().toDouble();
     disconnect(recording);
@@ -222,13 +219,11 @@ void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(shown - 0.1));
     // Step k comes on the repeat timer's tick k + 1, started once the hold delay has passed;
     // a coarse timer may fire up to 5 % early, a late tick lets the next one come sooner.
-    for (int change = 0; change < changes.size(); ++change) {
+    for (int step = 0; step < steps.size(); ++step) {
         const double earliest = 0.95 * (GripperControlWidget::PRESS_DELAY_MS +
-                                        GripperControlWidget::REPEAT_INTERVAL_MS * (change + 1));
-        QVERIFY2(changes.at(change) >= earliest - 1,
-                 qPrintable(QString::number(changes.at(change))));
-        QCOMPARE(values.at(change).toDouble(),
-                 (change ? values.at(change - 1).toDouble() : 50.0) - 1.0);
+                                        GripperControlWidget::REPEAT_INTERVAL_MS * (step + 1));
+        QVERIFY2(steps.at(step).first >= earliest - 1, qPrintable(QString::number(step)));
+        QCOMPARE(steps.at(step).second, (step ? steps.at(step - 1).second : 50.0) - 1.0);
     }
 
     QVERIFY(move_to(2.0));
