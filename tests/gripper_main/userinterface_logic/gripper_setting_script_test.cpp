@@ -91,8 +91,8 @@ void GripperSettingScriptTest::connect_waits_for_the_driver_and_runs_in_place_on
     QVERIFY(disconnect() && nullptr == driver_of(0));
     QVERIFY(!disconnect());
     GripperSettingWidget* setting = GripperSettingWidget::instance();
-    QVERIFY(setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT, tcp(3, SECOND)));
-    QVERIFY(nullptr != driver_of(3));
+    QVERIFY(setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT, tcp(3, SECOND)) &&
+            nullptr != driver_of(3));
     QVERIFY(setting->disconnect_gripper(3) && nullptr == driver_of(3));
     QVERIFY(setting->scan_gripper());
 }
@@ -102,15 +102,13 @@ void GripperSettingScriptTest::failed_connect_leaves_the_device_disconnected() {
     LogCapture log;
     simulator_.set_fault(FIRST, gripper_sim::Fault::silent);
     const long frames_before = simulator_.snapshot(FIRST).frames_received;
-    QVERIFY(connect_tcp(1, FIRST));
-    QVERIFY(nullptr == driver_of(1));
+    QVERIFY(connect_tcp(1, FIRST) && nullptr == driver_of(1));
     QVERIFY(simulator_.snapshot(FIRST).frames_received > frames_before);
     QLabel* status = find<QLabel>("label_status_");
     QCOMPARE(status->text(), QStringLiteral("Disconnected"));
     QVERIFY(!status->toolTip().isEmpty() && log.contains(status->toolTip().toStdString()));
     simulator_.set_fault(FIRST, gripper_sim::Fault::none);
-    QVERIFY(connect_tcp(1, FIRST));
-    QVERIFY(nullptr != driver_of(1));
+    QVERIFY(connect_tcp(1, FIRST) && nullptr != driver_of(1));
     QCOMPARE(status->toolTip(), QString());
 }
 
@@ -148,8 +146,8 @@ void GripperSettingScriptTest::debug_connect_uses_the_last_serial_port() {
     QVERIFY(connect_gripper(2, MODBUS));
     QVERIFY(disconnect() && nullptr == driver_of(2));
     for (int call = 0; call < 2; ++call) {
-        QVERIFY(script([](GripperSettingWidget* page) { return page->connect_gripper_debug(); }));
-        QVERIFY(nullptr != driver_of(2));
+        QVERIFY(script([](GripperSettingWidget* page) { return page->connect_gripper_debug(); }) &&
+                nullptr != driver_of(2));
         QCOMPARE(driver_of(2)->get_communication_connection(),
                  GripperCommunication::CC_USB_SERIALPORT);
     }

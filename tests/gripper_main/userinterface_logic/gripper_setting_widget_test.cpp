@@ -164,8 +164,7 @@ void GripperSettingWidgetTest::usb_connect_activate_fault_disconnect_by_clicking
     QCOMPARE(status()->text(), QStringLiteral("Connecting"));
     QCOMPARE(tone(), QStringLiteral("busy"));
     QVERIFY(!enabled("push_button_connect_"));
-    QTRY_VERIFY(nullptr != driver_of(0));
-    QTRY_VERIFY(enabled("push_button_activate_"));
+    QTRY_VERIFY(nullptr != driver_of(0) && enabled("push_button_activate_"));
     QVERIFY(enabled("push_button_disconnect_") && !enabled("push_button_connect_") &&
             !enabled("combo_box_usb_") && !enabled("push_button_scan_"));
     click("push_button_activate_");
