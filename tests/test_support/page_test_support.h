@@ -3,18 +3,13 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QSettings>
-#include <QStringList>
-#include <QTemporaryDir>
-#include <QTimer>
-#include <QtTest>
+#include <QtTest>  // with all of QtCore
 
 #include <atomic>
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,18 +23,11 @@
 
 namespace page_test {
 
-// The pendant's settings store in a folder of the test, with the design resolution.
-inline void use_design_resolution(const QTemporaryDir& folder) {
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
-    Settings().setValue(QStringLiteral("Displays/Resolution"), QStringLiteral("1024*768"));
-}
-
 // Runs call on a thread of its own, as the pendant's script thread would, while this (the
 // interface) thread keeps running its event loop; returns what call returned.
-template <typename Call>
-auto on_script_thread(Call call) -> decltype(call()) {
+inline bool on_script_thread(const std::function<bool()>& call) {
     std::atomic<bool> done(false);
-    decltype(call()) result{};
+    bool result = false;
     std::thread script([&] {
         result = call();
         done = true;
@@ -123,8 +111,10 @@ private:
 // and the operator's and the script's ways to the page part under test (scope_).
 class PageTest : public QObject {
 protected:
+    // The pendant's settings store in a folder of the test, with the design resolution.
     bool show_page() {
-        use_design_resolution(folder_);
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder_.path());
+        Settings().setValue(QStringLiteral("Displays/Resolution"), QStringLiteral("1024*768"));
         page_ = new GripperWidget();
         page_->resize(1024, 768);
         page_->show();

@@ -14,30 +14,24 @@
 namespace {
 
 typedef GripperCommandWorker::Completion Completion;
+typedef std::vector<std::string> Names;
 
-// What the tasks did, in order, from any thread.
-class Journal {
-public:
+// A worker and what its tasks did, in order, from any thread.
+class GripperCommandWorkerTest : public ::testing::Test {
+protected:
     void add(const std::string& entry) {
         std::lock_guard<std::mutex> lock(mutex_);
-        entries_.push_back(entry);
+        journal_.push_back(entry);
     }
-    std::vector<std::string> entries() const {
+    Names journal() {
         std::lock_guard<std::mutex> lock(mutex_);
-        return entries_;
+        return journal_;
     }
-
-private:
-    mutable std::mutex mutex_;
-    std::vector<std::string> entries_;
-};
-
-// A task that waits until it is let go, so that later tasks stay queued behind it.
-class Gate {
-public:
-    GripperCommandWorker::Work task(Journal& journal, const std::string& name) {
-        return [this, &journal, name] {
-            journal.add(name);
+    // A task that waits until the gate opens, so that later tasks stay queued behind it.
+    GripperCommandWorker::Work gate(const std::string& name) {
+        return [this, name] {
+            add(name);
+            task_thread_ = std::this_thread::get_id();
             entered_ = true;
             while (!open_) {
                 std::this_thread::yield();
@@ -45,99 +39,80 @@ public:
             return Completion();
         };
     }
-    bool entered() const { return entered_; }
-    void open() { open_ = true; }
+    GripperCommandWorker::Work note(const std::string& name) {
+        return [this, name] {
+            add(name);
+            return Completion([this, name] { add(name + " done"); });
+        };
+    }
 
-private:
+    std::mutex mutex_;
+    Names journal_;
     std::atomic<bool> entered_{false};
     std::atomic<bool> open_{false};
+    std::thread::id task_thread_;
+    GripperCommandWorker worker_;  // last: its thread ends before the journal goes
 };
-
-GripperCommandWorker::Work note(Journal& journal, const std::string& name) {
-    return [&journal, name] {
-        journal.add(name);
-        return Completion([&journal, name] { journal.add(name + " done"); });
-    };
-}
 
 }  // namespace
 
-TEST(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRunningOne) {
-    GripperCommandWorker worker;
-    Journal journal;
-    Gate gate;
+TEST_F(GripperCommandWorkerTest, ReleaseDropsTheOwnersQueuedTasksAndWaitsForItsRunningOne) {
     const int pages[2] = {0, 0};
-    const int& page = pages[0];
-    const int& other_page = pages[1];
-    worker.post(&page, gate.task(journal, "running"));
-    worker.post(&page, note(journal, "queued"));
-    worker.post(&other_page, note(journal, "other"));
-    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
+    worker_.post(&pages[0], gate("running"));
+    worker_.post(&pages[0], note("queued"));
+    worker_.post(&pages[1], note("other"));
+    ASSERT_TRUE(wait_until([&] { return entered_.load(); }));
     std::atomic<bool> released(false);
     std::thread closing([&] {
-        worker.release(&page);
+        worker_.release(&pages[0]);
         released = true;
     });
-    ASSERT_TRUE(wait_until([&] { return 1u == worker.queued(); }));
+    ASSERT_TRUE(wait_until([&] { return 1u == worker_.queued(); }));
     EXPECT_FALSE(released.load());
-    EXPECT_EQ(std::vector<std::string>{"running"}, journal.entries());
-    gate.open();
+    EXPECT_EQ(Names{"running"}, journal());
+    open_ = true;
     closing.join();
-    ASSERT_TRUE(wait_until([&] { return 3u == journal.entries().size(); }));
-    EXPECT_EQ((std::vector<std::string>{"running", "other", "other done"}), journal.entries());
-    worker.release(&page);
+    ASSERT_TRUE(wait_until([&] { return 3u == journal().size(); }));
+    EXPECT_EQ((Names{"running", "other", "other done"}), journal());
+    worker_.release(&pages[0]);
 }
 
 // Tasks run in order on the worker's own thread, each completion right after its work.
-TEST(GripperCommandWorkerTest, AKeyedTaskReplacesTheQueuedOneOfTheSameOwnerAndKey) {
-    GripperCommandWorker worker;
-    Journal journal;
-    Gate gate;
-    const int page = 0;
-    const int other_page = 0;
+TEST_F(GripperCommandWorkerTest, AKeyedTaskReplacesTheQueuedOneOfTheSameOwnerAndKey) {
+    const int pages[2] = {0, 0};
     const int driver = 0;
     const GripperCommandWorker::Key position{&driver, 1};
-    const GripperCommandWorker::Key force{&driver, 2};
-    std::thread::id task_thread;
-    worker.post(&page, [&] {
-        task_thread = std::this_thread::get_id();
-        return Completion();
-    });
-    worker.post(&page, gate.task(journal, "running"), position);
-    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
-    worker.post(&page, note(journal, "position 40"), position);
-    worker.post(&page, note(journal, "force 80"), force);
-    worker.post(&other_page, note(journal, "other position"), position);
-    worker.post(&page, note(journal, "position 45"), position);
-    worker.post(&page, note(journal, "unkeyed"));
-    worker.post(&page, note(journal, "unkeyed again"));
-    gate.open();
-    ASSERT_TRUE(wait_until([&] { return 11u == journal.entries().size(); }));
-    EXPECT_EQ((std::vector<std::string>{"running", "position 45", "position 45 done", "force 80",
-                                        "force 80 done", "other position", "other position done",
-                                        "unkeyed", "unkeyed done", "unkeyed again",
-                                        "unkeyed again done"}),
-              journal.entries());
-    EXPECT_NE(std::this_thread::get_id(), task_thread);
+    worker_.post(&pages[0], gate("running"), position);
+    ASSERT_TRUE(wait_until([&] { return entered_.load(); }));
+    worker_.post(&pages[0], note("position 40"), position);
+    worker_.post(&pages[0], note("force 80"), GripperCommandWorker::Key{&driver, 2});
+    worker_.post(&pages[1], note("other position"), position);
+    worker_.post(&pages[0], note("position 45"), position);
+    worker_.post(&pages[0], note("unkeyed"));
+    worker_.post(&pages[0], note("unkeyed again"));
+    open_ = true;
+    ASSERT_TRUE(wait_until([&] { return 11u == journal().size(); }));
+    EXPECT_EQ((Names{"running", "position 45", "position 45 done", "force 80", "force 80 done",
+                     "other position", "other position done", "unkeyed", "unkeyed done",
+                     "unkeyed again", "unkeyed again done"}),
+              journal());
+    EXPECT_NE(std::this_thread::get_id(), task_thread_);
 }
 
 // A queued task holds what it was given from its post on: a record retired before the task ran
 // is freed only after it has.
-TEST(GripperCommandWorkerTest, ARecordRetiredWhileATaskIsQueuedOutlivesTheTask) {
-    GripperCommandWorker worker;
-    Journal journal;
-    Gate gate;
+TEST_F(GripperCommandWorkerTest, ARecordRetiredWhileATaskIsQueuedOutlivesTheTask) {
     int owner = 0;
-    worker.post(&owner, gate.task(journal, "running"));
-    ASSERT_TRUE(wait_until([&] { return gate.entered(); }));
+    worker_.post(&owner, gate("running"));
+    ASSERT_TRUE(wait_until([&] { return entered_.load(); }));
     GripperDevice* device = new GripperDevice();
-    worker.post(&owner, [&journal, device] {
-        journal.add(0 == device->connection_type_ ? "record read" : "record changed");
+    worker_.post(&owner, [this, device] {
+        add(0 == device->connection_type_ ? "record read" : "record changed");
         return Completion();
     });
     ObjectKeeper::instance().retire(device);
     EXPECT_EQ(1u, ObjectKeeper::instance().pending());
-    gate.open();
+    open_ = true;
     ASSERT_TRUE(wait_until([] { return 0u == ObjectKeeper::instance().pending(); }));
-    EXPECT_EQ((std::vector<std::string>{"running", "record read"}), journal.entries());
+    EXPECT_EQ((Names{"running", "record read"}), journal());
 }

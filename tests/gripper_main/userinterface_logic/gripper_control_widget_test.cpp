@@ -33,7 +33,6 @@ private slots:
     void status_follows_the_gripper();
     void controls_disabled_while_activating_or_turning();
     void clicks_and_holds_step_the_gripper();
-    void whole_page_disabled_while_a_program_runs();
 
 private:
     bool move_to(double position);
@@ -124,14 +123,12 @@ void GripperControlWidgetTest::status_follows_the_gripper() {
     QRadioButton* indicator = find<QRadioButton>("radio_button_object_detected_");
     QTRY_VERIFY(indicator->isEnabled());
     QTest::mouseClick(indicator, Qt::LeftButton);
-    QTest::mouseDClick(indicator, Qt::LeftButton);
     QVERIFY(!indicator->isChecked());
     QCOMPARE(indicator->focusPolicy(), Qt::NoFocus);
     history.clear();
     click("push_button_position_max_");
     QTRY_VERIFY(history.saw_in_order({"Moving", "Arrived"}));
     QTRY_COMPARE(position_field()->text(), QStringLiteral("100.0"));
-    QCOMPARE(find<QLineEdit>("line_edit_force_")->text(), QStringLiteral("100"));
     QCOMPARE(find<QLineEdit>("line_edit_speed_")->text(), QStringLiteral("100"));
     simulator_.set_object(QUICK, 400);
     history.clear();
@@ -171,15 +168,24 @@ void GripperControlWidgetTest::controls_disabled_while_activating_or_turning() {
     driver_of(1)->set_gripper_status(GripperLogicControl::GS_TURNING);
     QTRY_COMPARE(status_->text(), QStringLiteral("Turning"));
     QVERIFY(controls_shown(false));
+    // While a robot program runs, set from its own thread, both pages are locked.
+    for (const bool running : {true, false}) {
+        std::thread hook([running] {
+            GripperGlobal::instance().set_program_state(running ? GripperGlobal::PS_RUNNING
+                                                                : GripperGlobal::PS_STOPPED);
+        });
+        hook.join();
+        QTRY_COMPARE(control_->isEnabled(), !running);
+        QTRY_COMPARE(GripperSettingWidget::instance()->isEnabled(), !running);
+    }
 }
 
 // A short click steps the gripper once; a hold steps the field every 25 ms after the hold
 // delay, never past a limit, and sends the value on release.
 void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
-    GripperLogicControl* driver = driver_of(0);
-    QVERIFY(driver->set_activate());
-    QTRY_VERIFY(GripperLogicControl::GS_ACTIVATED == driver->get_gripper_status() ||
-                GripperLogicControl::GS_ARRIVED == driver->get_gripper_status());
+    QVERIFY(driver_of(0)->set_activate());
+    QTRY_VERIFY(GripperLogicControl::GS_ACTIVATED == driver_of(0)->get_gripper_status() ||
+                GripperLogicControl::GS_ARRIVED == driver_of(0)->get_gripper_status());
     QVERIFY(move_to(50.0));
     click("push_button_position_decrease_");
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(49.9));
@@ -198,17 +204,14 @@ void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
 
     QVERIFY(move_to(50.0));
     QElapsedTimer clock;
-    QList<qint64> changes;
-    QStringList values;
+    QList<QPair<qint64, double>> steps;  // when the field changed, and to what
     const QMetaObject::Connection recording =
-        connect(position_field(), &QLineEdit::textChanged, [&](const QString& text) {
-            changes << clock.elapsed();
-            values << text;
-        });
+        connect(position_field(), &QLineEdit::textChanged,
+                [&](const QString& text) { steps << qMakePair(clock.elapsed(), text.toDouble()); });
     QPushButton* decrease = find<QPushButton>("push_button_position_decrease_");
     clock.start();
     QTest::mousePress(decrease, Qt::LeftButton);
-    QTRY_VERIFY(values.size() >= 8);
+    QTRY_VERIFY(steps.size() >= 8);
     QCOMPARE(simulator_.snapshot(QUICK).target, register_of(50.0));
     const double shown = position_field()->text().toDouble();
     disconnect(recording);
@@ -216,13 +219,11 @@ void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
     QTRY_COMPARE(simulator_.snapshot(QUICK).target, register_of(shown - 0.1));
     // Step k comes on the repeat timer's tick k + 1, started once the hold delay has passed;
     // a coarse timer may fire up to 5 % early, a late tick lets the next one come sooner.
-    for (int change = 0; change < changes.size(); ++change) {
+    for (int step = 0; step < steps.size(); ++step) {
         const double earliest = 0.95 * (GripperControlWidget::PRESS_DELAY_MS +
-                                        GripperControlWidget::REPEAT_INTERVAL_MS * (change + 1));
-        QVERIFY2(changes.at(change) >= earliest - 1,
-                 qPrintable(QString::number(changes.at(change))));
-        QCOMPARE(values.at(change).toDouble(),
-                 (change ? values.at(change - 1).toDouble() : 50.0) - 1.0);
+                                        GripperControlWidget::REPEAT_INTERVAL_MS * (step + 1));
+        QVERIFY2(steps.at(step).first >= earliest - 1, qPrintable(QString::number(step)));
+        QCOMPARE(steps.at(step).second, (step ? steps.at(step - 1).second : 50.0) - 1.0);
     }
 
     QVERIFY(move_to(2.0));
@@ -243,19 +244,6 @@ void GripperControlWidgetTest::clicks_and_holds_step_the_gripper() {
     QTRY_COMPARE(simulator_.snapshot(QUICK).position, 0);
     QTRY_COMPARE(simulator_.snapshot(QUICK).force, 100);
     QVERIFY(!repeat_timer()->isActive());
-}
-
-// The program state comes from the robot program's thread.
-void GripperControlWidgetTest::whole_page_disabled_while_a_program_runs() {
-    for (const bool running : {true, false}) {
-        std::thread hook([running] {
-            GripperGlobal::instance().set_program_state(running ? GripperGlobal::PS_RUNNING
-                                                                : GripperGlobal::PS_STOPPED);
-        });
-        hook.join();
-        QTRY_COMPARE(control_->isEnabled(), !running);
-        QTRY_COMPARE(GripperSettingWidget::instance()->isEnabled(), !running);
-    }
 }
 
 QTEST_MAIN(GripperControlWidgetTest)

@@ -18,7 +18,12 @@ const int FIRST = 1;   // frames over TCP
 const int SECOND = 2;  // frames over TCP
 const int MODBUS = 3;  // Modbus on a pseudo-terminal
 
+typedef std::vector<std::string> Parameters;
+
 }  // namespace
+
+Q_DECLARE_METATYPE(Parameters)
+Q_DECLARE_METATYPE(GripperCommunication::CommunicationConnection)
 
 class GripperSettingScriptTest : public page_test::PageTest {
     Q_OBJECT
@@ -26,26 +31,28 @@ class GripperSettingScriptTest : public page_test::PageTest {
 private slots:
     void initTestCase();
     void cleanup();
-    void connect_returns_once_the_driver_is_stored();
+    void connect_waits_for_the_driver_and_runs_in_place_on_the_ui_thread();
     void failed_connect_leaves_the_device_disconnected();
     void bad_parameter_lists_are_refused_data();
     void bad_parameter_lists_are_refused();
     void debug_connect_uses_the_last_serial_port();
-    void operations_on_the_interface_thread_run_in_place();
     void deleting_the_page_ends_a_waiting_connect_or_disconnect();
 
 private:
-    std::vector<std::string> tcp(int index, int gripper) const {
+    Parameters tcp(int index, int gripper) const {
         return {std::to_string(index), "127.0.0.1", std::to_string(simulator_.tcp_port(gripper))};
     }
     bool script(const std::function<bool(GripperSettingWidget*)>& call) {
         return on_script_thread([&] { return call(GripperSettingWidget::instance()); });
     }
     bool connect_tcp(int index, int gripper) {
-        const std::vector<std::string> parameters = tcp(index, gripper);
+        const Parameters parameters = tcp(index, gripper);
         return script([&](GripperSettingWidget* page) {
             return page->connect_gripper(GripperCommunication::CC_TCP_CLIENT, parameters);
         });
+    }
+    bool disconnect() {
+        return script([](GripperSettingWidget* page) { return page->disconnect_gripper(); });
     }
 };
 
@@ -66,7 +73,7 @@ void GripperSettingScriptTest::cleanup() {
     simulator_.set_fault(FIRST, gripper_sim::Fault::none);
 }
 
-void GripperSettingScriptTest::connect_returns_once_the_driver_is_stored() {
+void GripperSettingScriptTest::connect_waits_for_the_driver_and_runs_in_place_on_the_ui_thread() {
     GripperLogicControl* seen_at_return = nullptr;
     QVERIFY(script([&](GripperSettingWidget* page) {
         const bool result =
@@ -81,9 +88,13 @@ void GripperSettingScriptTest::connect_returns_once_the_driver_is_stored() {
     QVERIFY(connect_tcp(0, SECOND));
     QVERIFY(log.contains("device->gripper_abstract_control_"));
     QCOMPARE(driver_of(0), seen_at_return);
-    QVERIFY(script([](GripperSettingWidget* page) { return page->disconnect_gripper(); }));
-    QVERIFY(nullptr == driver_of(0));
-    QVERIFY(!script([](GripperSettingWidget* page) { return page->disconnect_gripper(); }));
+    QVERIFY(disconnect() && nullptr == driver_of(0));
+    QVERIFY(!disconnect());
+    GripperSettingWidget* setting = GripperSettingWidget::instance();
+    QVERIFY(setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT, tcp(3, SECOND)) &&
+            nullptr != driver_of(3));
+    QVERIFY(setting->disconnect_gripper(3) && nullptr == driver_of(3));
+    QVERIFY(setting->scan_gripper());
 }
 
 // The status's tool tip tells why, in the words of the log line; a connect that works clears it.
@@ -91,48 +102,40 @@ void GripperSettingScriptTest::failed_connect_leaves_the_device_disconnected() {
     LogCapture log;
     simulator_.set_fault(FIRST, gripper_sim::Fault::silent);
     const long frames_before = simulator_.snapshot(FIRST).frames_received;
-    QVERIFY(connect_tcp(1, FIRST));
-    QVERIFY(nullptr == driver_of(1));
+    QVERIFY(connect_tcp(1, FIRST) && nullptr == driver_of(1));
     QVERIFY(simulator_.snapshot(FIRST).frames_received > frames_before);
     QLabel* status = find<QLabel>("label_status_");
     QCOMPARE(status->text(), QStringLiteral("Disconnected"));
     QVERIFY(!status->toolTip().isEmpty() && log.contains(status->toolTip().toStdString()));
     simulator_.set_fault(FIRST, gripper_sim::Fault::none);
-    QVERIFY(connect_tcp(1, FIRST));
-    QVERIFY(nullptr != driver_of(1));
+    QVERIFY(connect_tcp(1, FIRST) && nullptr != driver_of(1));
     QCOMPARE(status->toolTip(), QString());
 }
 
 void GripperSettingScriptTest::bad_parameter_lists_are_refused_data() {
-    QTest::addColumn<int>("connection");
-    QTest::addColumn<QStringList>("parameters");
+    QTest::addColumn<GripperCommunication::CommunicationConnection>("connection");
+    QTest::addColumn<Parameters>("parameters");
     QTest::addColumn<QString>("line");
-    const int tcp = GripperCommunication::CC_TCP_CLIENT;
-    const int usb = GripperCommunication::CC_USB_SERIALPORT;
-    QTest::newRow("none") << tcp << QStringList() << "W list_parameters.empty()";
-    QTest::newRow("no port") << tcp << QStringList({"0", "127.0.0.1"})
+    const auto tcp = GripperCommunication::CC_TCP_CLIENT;
+    QTest::newRow("none") << tcp << Parameters() << "W list_parameters.empty()";
+    QTest::newRow("no port") << tcp << Parameters{"0", "127.0.0.1"}
                              << "W 3 != list_parameters.size()";
-    QTest::newRow("no path") << usb << QStringList({"0"}) << "W 2 > list_parameters.size()";
-    QTest::newRow("fixed port") << static_cast<int>(GripperCommunication::CC_FIXED_PORT)
-                                << QStringList({"0", "x"}) << QString();
-    QTest::newRow("index 4") << tcp << QStringList({"4", "127.0.0.1", "8888"}) << "W index = 4";
-    QTest::newRow("index one") << tcp << QStringList({"one", "127.0.0.1", "8888"})
+    QTest::newRow("no path") << GripperCommunication::CC_USB_SERIALPORT << Parameters{"0"}
+                             << "W 2 > list_parameters.size()";
+    QTest::newRow("fixed port") << GripperCommunication::CC_FIXED_PORT << Parameters{"0", "x"}
+                                << QString();
+    QTest::newRow("index 4") << tcp << Parameters{"4", "127.0.0.1", "8888"} << "W index = 4";
+    QTest::newRow("index one") << tcp << Parameters{"one", "127.0.0.1", "8888"}
                                << "W list_parameters[0] = one";
 }
 
 void GripperSettingScriptTest::bad_parameter_lists_are_refused() {
-    QFETCH(int, connection);
-    QFETCH(QStringList, parameters);
+    QFETCH(GripperCommunication::CommunicationConnection, connection);
+    QFETCH(Parameters, parameters);
     QFETCH(QString, line);
     LogCapture log;
-    std::vector<std::string> list;
-    for (const QString& parameter : parameters) {
-        list.push_back(parameter.toStdString());
-    }
-    QVERIFY(!script([&](GripperSettingWidget* page) {
-        return page->connect_gripper(
-            static_cast<GripperCommunication::CommunicationConnection>(connection), list);
-    }));
+    QVERIFY(!script(
+        [&](GripperSettingWidget* page) { return page->connect_gripper(connection, parameters); }));
     QVERIFY(line.isEmpty() || log.count(line.toStdString()) == 1);
     for (int index = 0; index < 4; ++index) {
         QVERIFY(nullptr == driver_of(index));
@@ -141,23 +144,13 @@ void GripperSettingScriptTest::bad_parameter_lists_are_refused() {
 
 void GripperSettingScriptTest::debug_connect_uses_the_last_serial_port() {
     QVERIFY(connect_gripper(2, MODBUS));
-    QVERIFY(script([](GripperSettingWidget* page) { return page->disconnect_gripper(); }));
-    QVERIFY(nullptr == driver_of(2));
+    QVERIFY(disconnect() && nullptr == driver_of(2));
     for (int call = 0; call < 2; ++call) {
-        QVERIFY(script([](GripperSettingWidget* page) { return page->connect_gripper_debug(); }));
-        QVERIFY(nullptr != driver_of(2));
+        QVERIFY(script([](GripperSettingWidget* page) { return page->connect_gripper_debug(); }) &&
+                nullptr != driver_of(2));
         QCOMPARE(driver_of(2)->get_communication_connection(),
                  GripperCommunication::CC_USB_SERIALPORT);
     }
-}
-
-void GripperSettingScriptTest::operations_on_the_interface_thread_run_in_place() {
-    GripperSettingWidget* setting = GripperSettingWidget::instance();
-    QVERIFY(setting->connect_gripper(GripperCommunication::CC_TCP_CLIENT, tcp(3, SECOND)));
-    QVERIFY(nullptr != driver_of(3));
-    QVERIFY(setting->disconnect_gripper(3));
-    QVERIFY(nullptr == driver_of(3));
-    QVERIFY(setting->scan_gripper());
 }
 
 // The host deletes the page while script commands wait on its operations: both return false and
