@@ -4,7 +4,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
 #include <QPointer>
@@ -29,6 +28,11 @@ const QString kConfig = QStringLiteral(
     "\"speedMin\":1}");
 
 const Reply kAccepted{true, QStringLiteral("i | 0")};
+
+// A program step whose force lies below the configured range.
+const QString kWeakStep = QStringLiteral(
+    "{\"DeviceID\":\"1\",\"PluginName\":\"Zanther2F\",\"Position\":100,\"Force\":19,"
+    "\"Speed\":1,\"IsBlock\":true}");
 
 // The plug-in's own lines, without the registry's report of an index it does not hold.
 QStringList plugin_lines() {
@@ -79,17 +83,13 @@ void PluginHostTest::loadsWithItsMetadataAsThePendantExpects() {
     QCOMPARE(raw.value("IID").toString(), QStringLiteral("com.qt-project.Orla.TeachPendantPlugin"));
     QCOMPARE(raw.value("className").toString(), QStringLiteral("TemplatePlugin"));
     QCOMPARE(raw.value("debug").toBool(), false);
-    const QJsonObject meta = host_.metaData();
-    QCOMPARE(meta.value("Name").toString(), QStringLiteral("Zanther2F"));
-    QCOMPARE(meta.value("Version").toString(), QStringLiteral("4.2.6"));
-    QCOMPARE(meta.value("CompatVersion").toString(), QStringLiteral("4.2.6"));
-    QCOMPARE(meta.value("Category").toString(),
-             QStringLiteral("Extensions/Peripheral,Programming/Condition/Peripheral"));
-    QCOMPARE(meta.value("Description").toString(),
-             QStringLiteral("Zanther_2_Finger_Gripper_Plugin"));
-    QVERIFY(meta.value("Dependencies").isArray());
-    QVERIFY(meta.value("Dependencies").toArray().isEmpty());
-    QCOMPARE(meta.size(), 8);
+    QCOMPARE(host_.metaData(),
+             QJsonDocument::fromJson(
+                 "{\"Name\":\"Zanther2F\",\"Version\":\"4.2.6\",\"CompatVersion\":\"4.2.6\","
+                 "\"Vendor\":\"Zanther Robotics\",\"Copyright\":\"(C) Zanther Robotics\","
+                 "\"Category\":\"Extensions/Peripheral,Programming/Condition/Peripheral\","
+                 "\"Description\":\"Zanther_2_Finger_Gripper_Plugin\",\"Dependencies\":[]}")
+                 .object());
 
     QCOMPARE(host_.plugin()->metaObject()->className(), "TemplatePlugin");
     QCOMPARE(ExtensionSystem::PluginManager::getObjectByName("Zanther2F"),
@@ -98,18 +98,12 @@ void PluginHostTest::loadsWithItsMetadataAsThePendantExpects() {
     QCOMPARE(second.instance(), static_cast<QObject*>(host_.plugin()));
 }
 
-// The catalogues are present and translate the two texts the plug-in marks, though the plug-in
-// itself loads none of them.
+// The catalogues (all three are loaded by the page's test below) translate the plug-in's
+// category, though the plug-in itself loads none of them.
 void PluginHostTest::carriesTheCataloguesInItsResources() {
-    for (const char* language : {"en_GB", "zh_TW", "zh_CN"}) {
-        QVERIFY2(
-            QFile::exists(QStringLiteral(":/Translations/%1_template_plugin.qm").arg(language)),
-            language);
-    }
     QTranslator translator;
     QVERIFY(translator.load(QStringLiteral(":/Translations/zh_CN_template_plugin.qm")));
     QCOMPARE(translator.translate("TemplatePlugin", "Peripheral"), QString::fromUtf8("外设"));
-    QVERIFY(translator.translate("TemplatePlugin", "Zanther2F") == QStringLiteral("Zanther2F"));
     host_.plugin()->loadTranslator(QStringLiteral("zh_CN"));
     QCOMPARE(QCoreApplication::translate("TemplatePlugin", "Peripheral"),
              QStringLiteral("Peripheral"));
@@ -128,11 +122,8 @@ void PluginHostTest::writesItsLogBesideTheApplication() {
 // Before createUI there is no page, no registry entry and no logging back end: hooks and
 // commands answer and change nothing.
 void PluginHostTest::hooksWorkBeforeThePageExists() {
-    QVERIFY(host_.plugin()->stopPlugin());
-    QVERIFY(host_.plugin()->continuePlugin());
-    QVERIFY(host_.plugin()->pausePlugin());
-    QVERIFY(host_.plugin()->initParms());
-    QVERIFY(host_.plugin()->stopPlugin());
+    QVERIFY(host_.plugin()->continuePlugin() && host_.plugin()->pausePlugin());
+    QVERIFY(host_.plugin()->initParms() && host_.plugin()->stopPlugin());
     host_.plugin()->enableEdit(false);
     host_.plugin()->setPluginSharedFilePath(QStringLiteral("/tmp/shared"));
     host_.plugin()->setPluginMessageBoxParentWidget(nullptr);
@@ -175,14 +166,12 @@ void PluginHostTest::answersScriptLinesThatNeedNoGripper_data() {
         {"foo|1", false, no, ""},
         {"Get_gripper_status|1", false, no, ""},
         {"", false, no, ""},
-        {QString::fromUtf8("夹爪|1"), false, no, ""},
         {QString(10240, QLatin1Char('x')), false, no, ""},
         {"set_gripper_position|1,50,yes", false, no, flag},
         {"set_gripper_position|1,50", false, no, flag},
         {"set_2_finger_gripper_param|1,50,30,80,TRUE", false, no, flag},
         // A bad id, missing fields, a huge line and text outside ASCII: as a missing gripper.
         {"gripper_isConnect|0", true, no, not_connected},
-        {"gripper_isConnect|-7", true, no, not_connected},
         {"gripper_isConnect|-2147483648", true, no, not_connected},
         {"gripper_active", true, no, no_device + "\nW !set_activate()"},
         {"get_gripper_status|" + QString(10240, QLatin1Char('9')), true, no, no_device},
@@ -232,10 +221,7 @@ void PluginHostTest::rebuildsAndWritesProgramSteps() {
     QString error;
     QVERIFY(host_.checkCondInfo(record.get(), error));
     QVERIFY(error.isEmpty());
-    std::unique_ptr<AbsCondInfo> weak(
-        host_.xmlInfoToCondInfo("step 2",
-                                "{\"DeviceID\":\"1\",\"PluginName\":\"Zanther2F\",\"Position\":100,"
-                                "\"Force\":19,\"Speed\":1,\"IsBlock\":true}"));
+    std::unique_ptr<AbsCondInfo> weak(host_.xmlInfoToCondInfo("step 2", kWeakStep));
     QVERIFY(!host_.checkCondInfo(weak.get(), error));
     QCOMPARE(error, QStringLiteral("force does not match the configuration information"));
     // A host that names the object otherwise gets the steps checked all the same, with and
@@ -270,16 +256,10 @@ void PluginHostTest::refusesRecordsOfAnotherType() {
     QCOMPARE(host_.failed_invocations(), 0);
 }
 
-// The page made by createUI has the two tabs; enableEdit switches it, and does nothing once the
-// host has deleted it.
+// The page made by createUI has two tabs (their texts: the catalogue test); enableEdit switches
+// it, and does nothing once the host has deleted it.
 void PluginHostTest::makesThePageAndSwitchesItsEditing() {
-    QVERIFY(page_);
-    QCOMPARE(page_->metaObject()->className(), "GripperWidget");
-    QTabWidget* tabs = page_->findChild<QTabWidget*>();
-    QVERIFY(tabs);
-    QCOMPARE(tabs->count(), 2);
-    QCOMPARE(tabs->tabText(0), QStringLiteral("Control"));
-    QCOMPARE(tabs->tabText(1), QStringLiteral("Setting"));
+    QCOMPARE(page_->findChild<QTabWidget*>()->count(), 2);
     host_.plugin()->enableEdit(false);
     QVERIFY(!page_->isEnabled());
     host_.plugin()->enableEdit(true);
@@ -307,10 +287,7 @@ void PluginHostTest::followsACatalogueInstalledAfterThePage() {
           "force does not match the configuration information"}},
     };
     std::unique_ptr<QWidget> editor(host_.createCondUI(nullptr));
-    std::unique_ptr<AbsCondInfo> weak(
-        host_.xmlInfoToCondInfo("step",
-                                "{\"DeviceID\":\"1\",\"PluginName\":\"Zanther2F\",\"Position\":100,"
-                                "\"Force\":19,\"Speed\":1,\"IsBlock\":true}"));
+    std::unique_ptr<AbsCondInfo> weak(host_.xmlInfoToCondInfo("step", kWeakStep));
     QTabWidget* tabs = page_->findChild<QTabWidget*>();
     const auto shown = [&] {
         QString error;
@@ -341,16 +318,15 @@ void PluginHostTest::followsACatalogueInstalledAfterThePage() {
 // The program state follows start and stop, not pause and resume: the Setting tab is locked
 // while a program runs and stays unlocked when a stopped program is resumed.
 void PluginHostTest::locksTheSettingTabWhileAProgramRuns() {
-    QWidget* setting = page_->findChild<QTabWidget*>()->widget(1);
-    QVERIFY(setting);
+    QPushButton* scan =
+        page_->findChild<QTabWidget*>()->widget(1)->findChild<QPushButton*>("push_button_scan_");
     QVERIFY(host_.plugin()->initParms());
-    QTRY_VERIFY(!setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
-    QVERIFY(host_.plugin()->pausePlugin());
-    QVERIFY(host_.plugin()->stopPlugin());
-    QTRY_VERIFY(setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
+    QTRY_VERIFY(!scan->isEnabled());
+    QVERIFY(host_.plugin()->pausePlugin() && host_.plugin()->stopPlugin());
+    QTRY_VERIFY(scan->isEnabled());
     QVERIFY(host_.plugin()->continuePlugin());
     QCoreApplication::sendPostedEvents();
-    QVERIFY(setting->findChild<QPushButton*>("push_button_scan_")->isEnabled());
+    QVERIFY(scan->isEnabled());
 }
 
 void PluginHostTest::cleanupTestCase() {
