@@ -52,15 +52,10 @@ class PluginHostTest : public QObject {
 
 private slots:
     void initTestCase();
-    void loadsWithItsMetadataAsThePendantExpects();
-    void carriesTheCataloguesInItsResources();
-    void writesItsLogBesideTheApplication();
-    void hooksWorkBeforeThePageExists();
+    void loadsWithItsMetadataCataloguesAndLog();
     void answersScriptLinesThatNeedNoGripper_data();
     void answersScriptLinesThatNeedNoGripper();
     void rebuildsAndWritesProgramSteps();
-    void refusesRecordsOfAnotherType();
-    void makesThePageAndSwitchesItsEditing();
     void followsACatalogueInstalledAfterThePage();
     void locksTheSettingTabWhileAProgramRuns();
     void cleanupTestCase();
@@ -78,7 +73,11 @@ void PluginHostTest::initTestCase() {
     QVERIFY2(host_.load(), qPrintable(host_.error()));
 }
 
-void PluginHostTest::loadsWithItsMetadataAsThePendantExpects() {
+// The metadata the pendant reads; the catalogues (all three are loaded by the page's test below)
+// translate the plug-in's category, though the plug-in itself loads none of them. The plug-in
+// works in the application's directory, where its log file grows; every message also reaches the
+// handler installed before the plug-in.
+void PluginHostTest::loadsWithItsMetadataCataloguesAndLog() {
     const QJsonObject raw = host_.rawMetaData();
     QCOMPARE(raw.value("IID").toString(), QStringLiteral("com.qt-project.Orla.TeachPendantPlugin"));
     QCOMPARE(raw.value("className").toString(), QStringLiteral("TemplatePlugin"));
@@ -96,32 +95,21 @@ void PluginHostTest::loadsWithItsMetadataAsThePendantExpects() {
              static_cast<QObject*>(host_.plugin()));
     QPluginLoader second(QStringLiteral(ZANTHER2F_LIBRARY));
     QCOMPARE(second.instance(), static_cast<QObject*>(host_.plugin()));
-}
 
-// The catalogues (all three are loaded by the page's test below) translate the plug-in's
-// category, though the plug-in itself loads none of them.
-void PluginHostTest::carriesTheCataloguesInItsResources() {
     QTranslator translator;
     QVERIFY(translator.load(QStringLiteral(":/Translations/zh_CN_template_plugin.qm")));
     QCOMPARE(translator.translate("TemplatePlugin", "Peripheral"), QString::fromUtf8("外设"));
     host_.plugin()->loadTranslator(QStringLiteral("zh_CN"));
     QCOMPARE(QCoreApplication::translate("TemplatePlugin", "Peripheral"),
              QStringLiteral("Peripheral"));
-}
-
-// The plug-in works in the application's directory, where its log file grows; every message
-// also reaches the handler installed before the plug-in.
-void PluginHostTest::writesItsLogBesideTheApplication() {
     QCOMPARE(QDir::currentPath(), QCoreApplication::applicationDirPath());
     qWarning("a message of the host");
     QFile log(QCoreApplication::applicationDirPath() + "/zanther_gripper_log.log");
     QVERIFY(log.open(QIODevice::ReadOnly));
     QVERIFY(log.readAll().contains("[WARN] - a message of the host\r\n"));
-}
 
-// Before createUI there is no page, no registry entry and no logging back end: hooks and
-// commands answer and change nothing.
-void PluginHostTest::hooksWorkBeforeThePageExists() {
+    // Before createUI there is no page, no registry entry and no logging back end: hooks and
+    // commands answer and change nothing.
     QVERIFY(host_.plugin()->continuePlugin() && host_.plugin()->pausePlugin());
     QVERIFY(host_.plugin()->initParms() && host_.plugin()->stopPlugin());
     host_.plugin()->enableEdit(false);
@@ -233,15 +221,12 @@ void PluginHostTest::rebuildsAndWritesProgramSteps() {
     QVERIFY(!host_.checkCondInfo(weak.get(), error));
     editor.reset();
     host_.plugin()->setObjectName(QStringLiteral("Zanther2F"));
-    QCOMPARE(host_.failed_invocations(), 0);
-}
 
-// Records of another type, or none, are refused with a warning instead of being cast blindly.
-void PluginHostTest::refusesRecordsOfAnotherType() {
+    // Records of another type, or none, are refused with a warning instead of being cast blindly.
     QtLogCapture::clear();
     AbsCondInfo foreign(QStringLiteral("Other"), QStringLiteral("a"), QStringLiteral("{}"),
                         QString());
-    QString error;
+    error.clear();
     QCOMPARE(host_.copyAbsCond(&foreign), static_cast<AbsCondInfo*>(nullptr));
     QCOMPARE(host_.copyAbsCond(nullptr), static_cast<AbsCondInfo*>(nullptr));
     QVERIFY(!host_.checkCondInfo(&foreign, error));
@@ -254,16 +239,6 @@ void PluginHostTest::refusesRecordsOfAnotherType() {
         (QStringList{"W NULL == source", "W NULL == source", "W NULL == record", "W NULL == record",
                      "W NULL == condition", "W NULL == gripper_peripheral_condition::instance()"}));
     QCOMPARE(host_.failed_invocations(), 0);
-}
-
-// The page made by createUI has two tabs (their texts: the catalogue test); enableEdit switches
-// it, and does nothing once the host has deleted it.
-void PluginHostTest::makesThePageAndSwitchesItsEditing() {
-    QCOMPARE(page_->findChild<QTabWidget*>()->count(), 2);
-    host_.plugin()->enableEdit(false);
-    QVERIFY(!page_->isEnabled());
-    host_.plugin()->enableEdit(true);
-    QVERIFY(page_->isEnabled());
 }
 
 // A catalogue of the library's resources installed after createUI translates the shown page,
@@ -315,9 +290,16 @@ void PluginHostTest::followsACatalogueInstalledAfterThePage() {
     }
 }
 
-// The program state follows start and stop, not pause and resume: the Setting tab is locked
-// while a program runs and stays unlocked when a stopped program is resumed.
+// The page has two tabs (their texts: the catalogue test); enableEdit switches it, and does
+// nothing once the host has deleted it. The program state follows start and stop, not pause and
+// resume: the Setting tab is locked while a program runs and stays unlocked when a stopped
+// program is resumed.
 void PluginHostTest::locksTheSettingTabWhileAProgramRuns() {
+    QCOMPARE(page_->findChild<QTabWidget*>()->count(), 2);
+    host_.plugin()->enableEdit(false);
+    QVERIFY(!page_->isEnabled());
+    host_.plugin()->enableEdit(true);
+    QVERIFY(page_->isEnabled());
     QPushButton* scan =
         page_->findChild<QTabWidget*>()->widget(1)->findChild<QPushButton*>("push_button_scan_");
     QVERIFY(host_.plugin()->initParms());
