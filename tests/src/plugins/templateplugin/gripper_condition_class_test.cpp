@@ -25,7 +25,7 @@ gripper_condition_class record_with(int position, int force, int speed) {
 }  // namespace
 
 // A device id as a number or a text of digits; with both keys "DeviceID" wins and "Id" goes.
-TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKey) {
+TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKeyAndBrokenTextAsZeros) {
     EXPECT_EQ(7, rebuilt(QStringLiteral("{\"DeviceID\":7}"))->getDeviceID());
     const auto both = rebuilt(QStringLiteral("{\"DeviceID\":\"4\", \"Id\":9}"));
     EXPECT_EQ(4, both->getDeviceID());
@@ -33,10 +33,7 @@ TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKey) {
     EXPECT_FALSE(stored.contains(QStringLiteral("Id")));
     EXPECT_EQ(4, stored.value(QStringLiteral("DeviceID")).toInt());
     EXPECT_FALSE(both->getXmlInfo().contains(QLatin1Char(' ')));
-}
-
-// Text that is not a JSON object gives a record of zeros that does not block; nothing breaks.
-TEST(GripperConditionClassTest, BrokenTextGivesARecordOfZeros) {
+    // Text that is not a JSON object gives a record of zeros that does not block.
     for (const QString& text : {QStringLiteral("{\"DeviceID\": 3,"), QStringLiteral("[1, 2]"),
                                 QString(), QStringLiteral("\xe4\xb8\xad")}) {
         const auto record = rebuilt(text);

@@ -43,8 +43,7 @@ class PluginConditionEditorTest : public QObject {
 
 private slots:
     void initTestCase();
-    void takesItsRangesFromTheConfigurationAnswer();
-    void pressAndHoldStepsWithinTheRange();
+    void takesItsRangesAndStepsWithinThem();
     void showsChecksSavesAndRemovesARecord();
     void triesTheValuesOnAGripperWithoutBlocking();
     void warnsWhenThePluginIsMissingOrRefuses();
@@ -82,8 +81,10 @@ void PluginConditionEditorTest::initTestCase() {
 }
 
 // The fields start at the lower bounds, the labels show the ranges of the configuration
-// answer, and each field takes only what it may hold.
-void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
+// answer, and each field takes only what it may hold. The buttons step once on pressing (an
+// empty field counts from 0, a field at its bound stays), more every 20 ms while held up to the
+// bound, none after release.
+void PluginConditionEditorTest::takesItsRangesAndStepsWithinThem() {
     QComboBox* plugins = child<QComboBox>("cmb_pluginName");
     QCOMPARE(plugins->count(), 1);
     QCOMPARE(plugins->currentText(), QStringLiteral("Zanther2F"));
@@ -104,11 +105,6 @@ void PluginConditionEditorTest::takesItsRangesFromTheConfigurationAnswer() {
         type_into(row[0], row[1]);
         QCOMPARE(field(row[0])->text(), QString::fromLatin1(row[2]));
     }
-}
-
-// One step on pressing (an empty field counts from 0, a field at its bound stays), more every
-// 20 ms while held up to the bound, none after release.
-void PluginConditionEditorTest::pressAndHoldStepsWithinTheRange() {
     QTimer* hold_timer = editor_->findChild<QTimer*>("hold_timer_");
     const char* const rows[][5] = {{"le_position", "pbn_positionAdd", "100", "100", "100"},
                                    {"le_position", "pbn_positionAdd", "", "1", "100"},

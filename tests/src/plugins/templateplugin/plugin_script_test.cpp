@@ -38,11 +38,9 @@ private slots:
     void connectsOverUsbToThePortTheScanFound();
     void connectsASecondGripperOverTcpAndActivatesBoth();
     void blockingMovesReturnOnArrivalWithTheirFinalValues();
-    void blockingMoveReturnsWhenAnObjectIsDetected();
     void pauseHoldsAMoveUntilResumeAndADropEndsIt();
     void linkFaultAloneDoesNotEndAWait();
     void stopEndsAWaitWhileTheGripperHangs();
-    void disconnectDuringAWaitEndsIt();
     void disconnectsTheNamedGripperOnly();
     void cleanupTestCase();
 
@@ -110,7 +108,7 @@ void PluginScriptTest::connectsASecondGripperOverTcpAndActivatesBoth() {
 
 // Both grippers move at once from two script threads; each command returns once its gripper
 // has arrived, and a query right after it answers the position that move ended at. The block
-// flag "false" waits as well.
+// flag "false" waits as well. A move into an object returns once the object is detected.
 void PluginScriptTest::blockingMovesReturnOnArrivalWithTheirFinalValues() {
     const auto first = start("set_gripper_position|1,50,true");
     const auto second = start("set_2_finger_gripper_param|2,30,40,80,false");
@@ -122,9 +120,6 @@ void PluginScriptTest::blockingMovesReturnOnArrivalWithTheirFinalValues() {
     QCOMPARE(send("get_gripper_status|1"), kYes);
     QCOMPARE(send("gripper_isArrive|1"), kYes);
     QCOMPARE(send("gripper_isGrip|1"), kAccepted);
-}
-
-void PluginScriptTest::blockingMoveReturnsWhenAnObjectIsDetected() {
     simulator_.set_object(usb_, 300);
     QCOMPARE(send("set_gripper_position|1,0,true"), kAccepted);
     QCOMPARE(send("get_gripper_status|1"), (Reply{true, QStringLiteral("i | 2")}));
@@ -190,8 +185,10 @@ void PluginScriptTest::stopEndsAWaitWhileTheGripperHangs() {
                               10000);
 }
 
-// A disconnect leaves the driver without a state (GS_UNDEFINE), which ends the wait.
-void PluginScriptTest::disconnectDuringAWaitEndsIt() {
+// A disconnect leaves the driver without a state (GS_UNDEFINE), which ends the wait. The page
+// shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1, and the page
+// then shows gripper 1.
+void PluginScriptTest::disconnectsTheNamedGripperOnly() {
     const auto script = start("set_gripper_position|2,100,true");
     QTRY_VERIFY_WITH_TIMEOUT(moving(tcp_), 5000);
     QtLogCapture::clear();
@@ -200,11 +197,6 @@ void PluginScriptTest::disconnectDuringAWaitEndsIt() {
     QVERIFY(QtLogCapture::contains("W !set_position(position)"));
     QCOMPARE(send("gripper_isConnect|2"), kAccepted);
     QCOMPARE(send("gripper_isActivate|1"), kYes);
-}
-
-// The page shows gripper 2 after its connect; "gripper_disconnect|1" still disconnects 1, and
-// the page then shows gripper 1.
-void PluginScriptTest::disconnectsTheNamedGripperOnly() {
     QCOMPARE(send(tcp_line("gripper_connect_tcp")), kAccepted);
     QCOMPARE(send("gripper_isConnect|2"), kYes);
     QCOMPARE(page_->findChild<QComboBox*>("combo_box_node_")->currentIndex(), 1);
