@@ -20,16 +20,12 @@ namespace {
 const char kLogFile[] = "zanther_gripper_log.log";
 
 std::mutex g_received_mutex;
-std::vector<std::string> g_received;  // "<type> <message>" of each message the handler got
+// "<type> <message>" of each message the handler got; read once the writers are done.
+std::vector<std::string> g_received;
 
 void record_message(QtMsgType type, const QMessageLogContext&, const QString& message) {
     std::lock_guard<std::mutex> lock(g_received_mutex);
     g_received.push_back(std::to_string(type) + " " + message.toStdString());
-}
-
-std::vector<std::string> received() {
-    std::lock_guard<std::mutex> lock(g_received_mutex);
-    return g_received;
 }
 
 // The lines of the log file; every line must end with "\r\n" and hold no other line break.
@@ -115,7 +111,7 @@ TEST_F(QtLoggingTest, WritesEachMessageAsOneLineAndHandsItOnToThePreviousHandler
     EXPECT_EQ((std::vector<std::string>{"0 " + text, "0 keeps %1 and %2 as written", "1 warned 5",
                                         "3 fatal, yet the process goes on", "2 critical", "4 info",
                                         "5 of no known type"}),
-              received());
+              g_received);
     const QStringList lines = log_lines();
     ASSERT_EQ(7, lines.size());
     const QDateTime time =
@@ -125,7 +121,7 @@ TEST_F(QtLoggingTest, WritesEachMessageAsOneLineAndHandsItOnToThePreviousHandler
     const QStringList tags{"[DEBUG]", "[DEBUG]", "[WARN]", "Fatal:", "[ERROR]", "[INFO]", ""};
     for (int i = 0; i < lines.size(); ++i) {
         EXPECT_EQ(tags[i], parse(lines[i]).captured(2)) << lines[i].toStdString();
-        EXPECT_EQ(received()[i].substr(2), parse(lines[i]).captured(3).toStdString());
+        EXPECT_EQ(g_received[i].substr(2), parse(lines[i]).captured(3).toStdString());
     }
 }
 
@@ -158,7 +154,7 @@ TEST_F(QtLoggingTest, LinesFromSeveralThreadsStayWholeAndTheFileGoesOncePastTenM
         EXPECT_EQ(QStringLiteral("[DEBUG]"), parse(line).captured(2));
         EXPECT_TRUE(form.match(parse(line).captured(3)).hasMatch()) << line.toStdString();
     }
-    EXPECT_EQ(static_cast<size_t>(threads * per_thread), received().size());
+    EXPECT_EQ(static_cast<size_t>(threads * per_thread), g_received.size());
 }
 
 }  // namespace

@@ -90,7 +90,6 @@ void PluginHostTest::loadsWithItsMetadataCataloguesAndLog() {
                  "\"Description\":\"Zanther_2_Finger_Gripper_Plugin\",\"Dependencies\":[]}")
                  .object());
 
-    QCOMPARE(host_.plugin()->metaObject()->className(), "TemplatePlugin");
     QCOMPARE(ExtensionSystem::PluginManager::getObjectByName("Zanther2F"),
              static_cast<QObject*>(host_.plugin()));
     QPluginLoader second(QStringLiteral(ZANTHER2F_LIBRARY));
@@ -199,7 +198,6 @@ void PluginHostTest::rebuildsAndWritesProgramSteps() {
 
     std::unique_ptr<AbsCondInfo> copy(host_.copyAbsCond(record.get()));
     QVERIFY(copy && copy.get() != record.get());
-    QCOMPARE(host_.condInfo2ScriptInfo(copy.get()), host_.condInfo2ScriptInfo(record.get()));
     QCOMPARE(copy->getXmlInfo(), record->getXmlInfo());
 
     // Without an open editor the plug-in's own ranges apply.
