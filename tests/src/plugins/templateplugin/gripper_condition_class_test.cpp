@@ -45,16 +45,13 @@ TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKeyAndBrokenTextAsZeros)
     }
 }
 
-// -1 stands for a quantity the gripper does not have, and is written as it is.
-TEST(GripperConditionClassTest, WritesNegativeValuesAsTheyAre) {
+// Position, then force, then speed; -1 fits only a quantity the gripper does not have, and is
+// written as it is.
+TEST(GripperConditionInfoTest, ChecksEachQuantityAgainstItsRangeAndWritesMinusOneAsItIs) {
     gripper_condition_class negative = record_with(-1, 50, 80);
     EXPECT_EQ(QStringLiteral("script_common_interface(\"Zanther2F\", "
                              "\"set_2_finger_gripper_param|1, -1, 50, 80, true\")"),
               gripper_condition_class::condInfo2ScriptInfo(&negative));
-}
-
-// Position, then force, then speed; -1 fits only a quantity the gripper does not have.
-TEST(GripperConditionInfoTest, ChecksEachQuantityAgainstItsRange) {
     const gripper_condition_Info info = gripper_condition_Info::fromJson(QStringLiteral(
         "{\"forceEnabled\":true,\"forceMax\":100,\"forceMin\":20,\"positionEnabled\":true,"
         "\"positionMax\":100,\"positionMin\":0,\"speedEnabled\":true,\"speedMax\":100,"

@@ -56,8 +56,7 @@ private slots:
     void answersScriptLinesThatNeedNoGripper_data();
     void answersScriptLinesThatNeedNoGripper();
     void rebuildsAndWritesProgramSteps();
-    void followsACatalogueInstalledAfterThePage();
-    void locksTheSettingTabWhileAProgramRuns();
+    void followsACatalogueAndLocksTheSettingTabWhileAProgramRuns();
     void cleanupTestCase();
 
 private:
@@ -238,7 +237,7 @@ void PluginHostTest::rebuildsAndWritesProgramSteps() {
 
 // A catalogue of the library's resources installed after createUI translates the shown page,
 // an open editor and the validation texts; removed, they read the source texts again.
-void PluginHostTest::followsACatalogueInstalledAfterThePage() {
+void PluginHostTest::followsACatalogueAndLocksTheSettingTabWhileAProgramRuns() {
     const struct {
         const char* language;
         // Both tabs, the Setting status, the first link type, scan, the editor's force label,
@@ -283,13 +282,10 @@ void PluginHostTest::followsACatalogueInstalledAfterThePage() {
                  QStringLiteral("  20 ~ 100"));
         QCoreApplication::removeTranslator(&translator);
     }
-}
-
-// The page has two tabs (their texts: the catalogue test); enableEdit switches it, and does
-// nothing once the host has deleted it. The program state follows start and stop, not pause and
-// resume: the Setting tab is locked while a program runs and stays unlocked when a stopped
-// program is resumed.
-void PluginHostTest::locksTheSettingTabWhileAProgramRuns() {
+    // The page has two tabs (their texts: the catalogue test); enableEdit switches it, and does
+    // nothing once the host has deleted it. The program state follows start and stop, not pause and
+    // resume: the Setting tab is locked while a program runs and stays unlocked when a stopped
+    // program is resumed.
     QCOMPARE(page_->findChild<QTabWidget*>()->count(), 2);
     host_.plugin()->enableEdit(false);
     QVERIFY(!page_->isEnabled());

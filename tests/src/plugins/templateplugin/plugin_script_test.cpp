@@ -37,8 +37,7 @@ private slots:
     void initTestCase();
     void connectsOverUsbAndTcpAndActivatesBoth();
     void blockingMovesReturnOnArrivalWithTheirFinalValues();
-    void pauseHoldsAMoveUntilResumeAndADropEndsIt();
-    void linkFaultAloneDoesNotEndAWait();
+    void onlyAResumeOrAnArrivalEndsAWait();
     void stopEndsAWaitWhileTheGripperHangs();
     void disconnectsTheNamedGripperOnly();
     void cleanupTestCase();
@@ -124,7 +123,7 @@ void PluginScriptTest::blockingMovesReturnOnArrivalWithTheirFinalValues() {
 
 // While the program is paused the command waits whatever the gripper does: pushing on into the
 // held object it reads "detected", then "dropped", which ends it on resume.
-void PluginScriptTest::pauseHoldsAMoveUntilResumeAndADropEndsIt() {
+void PluginScriptTest::onlyAResumeOrAnArrivalEndsAWait() {
     QVERIFY(host_.plugin()->pausePlugin());
     const auto script = start("set_gripper_position|1,10,true");
     QTRY_COMPARE_WITH_TIMEOUT(simulator_.snapshot(usb_).target, 100, 10000);
@@ -135,20 +134,17 @@ void PluginScriptTest::pauseHoldsAMoveUntilResumeAndADropEndsIt() {
     QVERIFY(host_.plugin()->continuePlugin());
     QCOMPARE(finish(*script, 2000), kAccepted);
     QCOMPARE(send("gripper_isDrop|1"), kYes);
-}
-
-// A gripper that falls silent mid-move does not make the robot go on: the command waits until
-// the link answers again and reports the arrival.
-void PluginScriptTest::linkFaultAloneDoesNotEndAWait() {
+    // A gripper that falls silent mid-move does not make the robot go on: the command waits until
+    // the link answers again and reports the arrival.
     QtLogCapture::clear();
-    const auto script = start("set_gripper_position|1,100,true");
+    const auto silent = start("set_gripper_position|1,100,true");
     QTRY_VERIFY_WITH_TIMEOUT(moving(usb_), 5000);
     simulator_.set_fault(usb_, gripper_sim::Fault::silent);
     QTRY_VERIFY_WITH_TIMEOUT(
         QtLogCapture::contains("D private_->communication_status_ = CS_READ_EXCEPTION"), 10000);
-    QVERIFY(!script->done());
+    QVERIFY(!silent->done());
     simulator_.set_fault(usb_, gripper_sim::Fault::none);
-    QCOMPARE(finish(*script), kAccepted);
+    QCOMPARE(finish(*silent), kAccepted);
     QCOMPARE(send("get_gripper_position|1"), (Reply{true, QStringLiteral("i|100")}));
 }
 
