@@ -83,9 +83,8 @@ void PluginConditionEditorTest::initTestCase() {
 // empty field counts from 0, a field at its bound stays), more every 20 ms while held up to the
 // bound, none after release.
 void PluginConditionEditorTest::takesItsRangesAndStepsAndSavesARecord() {
-    QComboBox* plugins = child<QComboBox>("cmb_pluginName");
-    QCOMPARE(plugins->count(), 1);
-    QCOMPARE(plugins->currentText(), QStringLiteral("Zanther2F"));
+    QCOMPARE(child<QComboBox>("cmb_pluginName")->count(), 1);
+    QCOMPARE(child<QComboBox>("cmb_pluginName")->currentText(), QStringLiteral("Zanther2F"));
     const char* const shown[][3] = {{"le_deviceID", "1", ""},
                                     {"le_position", "0", "  0 ~ 100"},
                                     {"le_force", "20", "  20 ~ 100"},

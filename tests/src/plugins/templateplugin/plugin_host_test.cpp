@@ -14,7 +14,6 @@
 #include <QtTest>
 
 #include <memory>
-#include <tuple>
 
 #include "tests/test_support/plugin_host.h"
 #include "tests/test_support/qt_log_capture.h"
@@ -131,41 +130,38 @@ void PluginHostTest::answersScriptLinesThatNeedNoGripper_data() {
     const QString no_device = QStringLiteral("W NULL == device");
     const QString flag = QStringLiteral("W \"true\" != block_str");
     const QString not_connected = no_device + "\nW retValueOrError = i | 0";
-    const QList<std::tuple<QString, bool, QString, QString>> rows{
-        {"get_2_finger_gripper_config_info", true, kConfig, ""},
-        {"set_gripper_speed|1,80", true, no, ""},
-        {"get_gripper_status|1", true, no, no_driver},
-        {"get_gripper_position|1", true, "i|0", no_driver},
-        {"gripper_isActivate|1", true, no, no_driver},
-        {"gripper_isGrip|1", true, no, no_driver},
-        {"gripper_isArrive|1", true, no, no_driver},
-        {"gripper_isDrop|1", true, no, no_driver},
-        {"gripper_active|1", true, no, no_driver + "\nW !set_activate()"},
-        {"set_gripper_force|1,50", true, no, no_driver + "\nW !set_force(force)"},
-        {"set_2_finger_gripper_param|1,50,30,80,true", true, no,
-         no_driver + "\nW set_force(force)"},
-        {" set_gripper_position | 1 , 50 , true ", true, no,
-         no_driver + "\nW !set_position(position)"},
-        {"gripper_disconnect|1", true, no, no_driver + "\nW !mode_disconnect(deviceId)"},
-        // Unknown names and bad block flags are refused.
-        {"foo|1", false, no, ""},
-        {"", false, no, ""},
-        {"set_gripper_position|1,50,yes", false, no, flag},
-        {"set_gripper_position|1,50", false, no, flag},
-        {"set_2_finger_gripper_param|1,50,30,80,TRUE", false, no, flag},
-        // A bad id, missing fields, a huge line and text outside ASCII: as a missing gripper.
-        {"gripper_isConnect|0", true, no, not_connected},
-        {"gripper_isConnect|-2147483648", true, no, not_connected},
-        {"gripper_active", true, no, no_device + "\nW !set_activate()"},
-        {"get_gripper_status|" + QString(10240, QLatin1Char('9')), true, no, no_device},
-        {QString::fromUtf8("get_gripper_status|１"), true, no, no_device},
-        {QString::fromUtf8("get_gripper_status|1,é,\u00ff|x|y"), true, no, no_driver},
-        {"gripper_connect_tcp|9,1.2.3.4:1", true, no,
-         "D deviceId = 8\n" + no_device + "\nW !mode_connect(TCP_CLIENT, connect_parameters)"}};
-    for (const auto& row : rows) {
-        QTest::newRow(qPrintable(std::get<0>(row).left(40)))
-            << std::get<0>(row) << std::get<1>(row) << std::get<2>(row) << std::get<3>(row);
-    }
+    const auto row = [](const QString& line, bool ok, const QString& answer, const QString& log) {
+        QTest::newRow(qPrintable(line.left(40))) << line << ok << answer << log;
+    };
+    row("get_2_finger_gripper_config_info", true, kConfig, "");
+    row("set_gripper_speed|1,80", true, no, "");
+    row("get_gripper_status|1", true, no, no_driver);
+    row("get_gripper_position|1", true, "i|0", no_driver);
+    row("gripper_isActivate|1", true, no, no_driver);
+    row("gripper_isGrip|1", true, no, no_driver);
+    row("gripper_isArrive|1", true, no, no_driver);
+    row("gripper_isDrop|1", true, no, no_driver);
+    row("gripper_active|1", true, no, no_driver + "\nW !set_activate()");
+    row("set_gripper_force|1,50", true, no, no_driver + "\nW !set_force(force)");
+    row("set_2_finger_gripper_param|1,50,30,80,true", true, no, no_driver + "\nW set_force(force)");
+    row(" set_gripper_position | 1 , 50 , true ", true, no,
+        no_driver + "\nW !set_position(position)");
+    row("gripper_disconnect|1", true, no, no_driver + "\nW !mode_disconnect(deviceId)");
+    // Unknown names and bad block flags are refused.
+    row("foo|1", false, no, "");
+    row("", false, no, "");
+    row("set_gripper_position|1,50,yes", false, no, flag);
+    row("set_gripper_position|1,50", false, no, flag);
+    row("set_2_finger_gripper_param|1,50,30,80,TRUE", false, no, flag);
+    // A bad id, missing fields, a huge line and text outside ASCII: as a missing gripper.
+    row("gripper_isConnect|0", true, no, not_connected);
+    row("gripper_isConnect|-2147483648", true, no, not_connected);
+    row("gripper_active", true, no, no_device + "\nW !set_activate()");
+    row("get_gripper_status|" + QString(10240, QLatin1Char('9')), true, no, no_device);
+    row(QString::fromUtf8("get_gripper_status|１"), true, no, no_device);
+    row(QString::fromUtf8("get_gripper_status|1,é,\u00ff|x|y"), true, no, no_driver);
+    row("gripper_connect_tcp|9,1.2.3.4:1", true, no,
+        "D deviceId = 8\n" + no_device + "\nW !mode_connect(TCP_CLIENT, connect_parameters)");
 }
 
 // With the page made and no gripper connected; nothing crashes or hangs.
