@@ -71,7 +71,7 @@ void PluginHostTest::initTestCase() {
     QVERIFY2(host_.load(), qPrintable(host_.error()));
 }
 
-// The metadata the pendant reads; the catalogues (all three are loaded by the page's test below)
+// The metadata the pendant reads; the catalogues (all three are loaded by the catalogue test)
 // translate the plug-in's category, though the plug-in itself loads none of them. The plug-in
 // works in the application's directory, where its log file grows; every message also reaches the
 // handler installed before the plug-in.
@@ -276,17 +276,15 @@ void PluginHostTest::followsACatalogueAndLocksTheSettingTabWhileAProgramRuns() {
                  QStringLiteral("  20 ~ 100"));
         QCoreApplication::removeTranslator(&translator);
     }
-    // The page has two tabs (their texts: the catalogue test); enableEdit switches it, and does
-    // nothing once the host has deleted it. The program state follows start and stop, not pause and
-    // resume: the Setting tab is locked while a program runs and stays unlocked when a stopped
-    // program is resumed.
-    QCOMPARE(page_->findChild<QTabWidget*>()->count(), 2);
+    // The page has these two tabs; enableEdit switches it, and does nothing once the host has
+    // deleted it. The program state follows start and stop, not pause and resume: the Setting
+    // tab is locked while a program runs and stays unlocked when a stopped program is resumed.
+    QCOMPARE(tabs->count(), 2);
     host_.plugin()->enableEdit(false);
     QVERIFY(!page_->isEnabled());
     host_.plugin()->enableEdit(true);
     QVERIFY(page_->isEnabled());
-    QPushButton* scan =
-        page_->findChild<QTabWidget*>()->widget(1)->findChild<QPushButton*>("push_button_scan_");
+    QPushButton* scan = tabs->widget(1)->findChild<QPushButton*>("push_button_scan_");
     QVERIFY(host_.plugin()->initParms());
     QTRY_VERIFY(!scan->isEnabled());
     QVERIFY(host_.plugin()->pausePlugin() && host_.plugin()->stopPlugin());
