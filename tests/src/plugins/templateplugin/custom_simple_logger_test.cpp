@@ -83,9 +83,9 @@ protected:
     QString previous_dir_;
 };
 
-// simple_logger's call becomes one quoted debug message. Each message is
-// written as one line with the local time and the tag of its type, and handed on to the handler
-// installed before the first install, a fatal one too, and the process goes on.
+// simple_logger's call becomes one quoted debug message. Each message is written as one line
+// with the local time and the tag of its type, and handed on to the handler installed before the
+// first install, a fatal one too, and the process goes on.
 TEST_F(QtLoggingTest, WritesEachMessageAsOneLineAndHandsItOnToThePreviousHandler) {
     qInstallMessageHandler(record_message);
     install_gripper_logging();
