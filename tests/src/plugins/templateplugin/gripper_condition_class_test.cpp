@@ -25,7 +25,7 @@ gripper_condition_class record_with(int position, int force, int speed) {
 }  // namespace
 
 // A device id as a number or a text of digits; with both keys "DeviceID" wins and "Id" goes.
-TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKey) {
+TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKeyAndBrokenTextAsZeros) {
     EXPECT_EQ(7, rebuilt(QStringLiteral("{\"DeviceID\":7}"))->getDeviceID());
     const auto both = rebuilt(QStringLiteral("{\"DeviceID\":\"4\", \"Id\":9}"));
     EXPECT_EQ(4, both->getDeviceID());
@@ -33,10 +33,7 @@ TEST(GripperConditionClassTest, ReadsTheDeviceFromEitherKey) {
     EXPECT_FALSE(stored.contains(QStringLiteral("Id")));
     EXPECT_EQ(4, stored.value(QStringLiteral("DeviceID")).toInt());
     EXPECT_FALSE(both->getXmlInfo().contains(QLatin1Char(' ')));
-}
-
-// Text that is not a JSON object gives a record of zeros that does not block; nothing breaks.
-TEST(GripperConditionClassTest, BrokenTextGivesARecordOfZeros) {
+    // Text that is not a JSON object gives a record of zeros that does not block.
     for (const QString& text : {QStringLiteral("{\"DeviceID\": 3,"), QStringLiteral("[1, 2]"),
                                 QString(), QStringLiteral("\xe4\xb8\xad")}) {
         const auto record = rebuilt(text);
@@ -48,20 +45,13 @@ TEST(GripperConditionClassTest, BrokenTextGivesARecordOfZeros) {
     }
 }
 
-TEST(GripperConditionClassTest, WritesNegativeAndEmptyRecordsAsTheyAre) {
-    gripper_condition_class negative = record_with(-5, 50, 80);
-    negative.setIsBlock(false);
+// Position, then force, then speed; -1 fits only a quantity the gripper does not have, and is
+// written as it is.
+TEST(GripperConditionInfoTest, ChecksEachQuantityAgainstItsRangeAndWritesMinusOneAsItIs) {
+    gripper_condition_class negative = record_with(-1, 50, 80);
     EXPECT_EQ(QStringLiteral("script_common_interface(\"Zanther2F\", "
-                             "\"set_2_finger_gripper_param|1, -5, 50, 80, false\")"),
+                             "\"set_2_finger_gripper_param|1, -1, 50, 80, true\")"),
               gripper_condition_class::condInfo2ScriptInfo(&negative));
-    gripper_condition_class empty;
-    EXPECT_EQ(QStringLiteral("script_common_interface(\"\", "
-                             "\"set_2_finger_gripper_param|0, 0, 0, 0, true\")"),
-              gripper_condition_class::condInfo2ScriptInfo(&empty));
-}
-
-// Position, then force, then speed; -1 fits only a quantity the gripper does not have.
-TEST(GripperConditionInfoTest, ChecksEachQuantityAgainstItsRange) {
     const gripper_condition_Info info = gripper_condition_Info::fromJson(QStringLiteral(
         "{\"forceEnabled\":true,\"forceMax\":100,\"forceMin\":20,\"positionEnabled\":true,"
         "\"positionMax\":100,\"positionMin\":0,\"speedEnabled\":true,\"speedMax\":100,"
@@ -81,8 +71,6 @@ TEST(GripperConditionInfoTest, ChecksEachQuantityAgainstItsRange) {
         {info, record_with(-1, 20, 1), "position"},
         {no_position, record_with(-1, 20, 1), ""},
         {no_position, record_with(0, 20, 1), "position"},
-        {gripper_condition_Info(), record_with(0, 20, 1), "position"},
-        {gripper_condition_Info(), record_with(-1, -1, -1), ""},
     };
     for (const auto& row : rows) {
         QString error;
