@@ -36,28 +36,6 @@ TEST_F(DriverTest, SilentGripperGivesOneReadExceptionAndPollingGoesOn) {
     ASSERT_TRUE(wait_for_status(GLC::GS_ARRIVED));
 }
 
-TEST_F(DriverTest, VanishedPortStopsPollingAndReportsIt) {
-    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
-    ASSERT_TRUE(connect_serial(gripper) && activate());
-
-    simulator_.set_fault(gripper, gripper_sim::Fault::vanish);
-    ASSERT_TRUE(wait_until([&] { return observer_.seen("CS_WRITE_EXCEPTION"); }));
-    EXPECT_TRUE(driver_->occur_exception());
-    ASSERT_TRUE(wait_until([&] { return log_.contains("parent_->occur_exception()"); },
-                           std::chrono::seconds(8)));
-    EXPECT_FALSE(driver_->set_position(10.0f));
-
-    driver_->stop_loop_update();
-    EXPECT_TRUE(driver_->close());
-    driver_.reset();
-
-    simulator_.set_fault(gripper, gripper_sim::Fault::none);
-    ASSERT_TRUE(connect_serial(gripper));
-    EXPECT_EQ(GLC::GS_ACTIVATED, driver_->get_gripper_status());
-}
-
-// The loop is stopped from inside a notification, with the driver lock held, while the update
-// thread waits for that lock.
 // Between cycles the loop sleeps until the next one is due, a second ahead; a stop wakes it.
 TEST_F(DriverTest, StopEndsASleepingLoopPromptly) {
     const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
@@ -120,17 +98,4 @@ TEST_F(DriverTest, UpdatePeriodIsASecondAndATenthWhileAMoveIsFollowed) {
     EXPECT_GE(idle, 950);
     EXPECT_GE(moving, 95);
     EXPECT_LT(moving * 3, idle) << "moving " << moving << " ms, idle " << idle << " ms";
-}
-
-TEST_F(DriverTest, StatusChangesAreReportedOnce) {
-    const int gripper = simulator_.add_modbus_pty(quick_options(1, 1000, 50));
-    ASSERT_TRUE(connect_serial(gripper));
-    observer_.clear();
-    driver_->set_communication_status(GripperCommunication::CS_CONNECTED);
-    driver_->set_communication_status(GripperCommunication::CS_CONNECTED);
-    EXPECT_EQ(1, observer_.count("CS_CONNECTED"));
-    driver_->add_notify_interface(&observer_);
-    driver_->set_gripper_status(GLC::GS_TURNING);
-    EXPECT_EQ(1, observer_.count("GS_TURNING"));
-    EXPECT_FALSE(driver_->set_position(20.0f));
 }
