@@ -28,20 +28,16 @@ class StaleReadObserver : public RecordingObserver {
 public:
     void on_position_changed(GripperLogicControl* control, float position) override {
         RecordingObserver::on_position_changed(control, position);
-        count_stale(0.0f != position && control->cached_position() != position);
+        stale_ += (0.0f != position && control->cached_position() != position) ? 1 : 0;
     }
     void on_force_changed(GripperLogicControl* control, int force) override {
         RecordingObserver::on_force_changed(control, force);
-        count_stale(0 != force && control->cached_force() != force);
+        stale_ += (0 != force && control->cached_force() != force) ? 1 : 0;
     }
     void on_speed_changed(GripperLogicControl* control, int speed) override {
         RecordingObserver::on_speed_changed(control, speed);
-        count_stale(0 != speed && control->cached_speed() != speed);
+        stale_ += (0 != speed && control->cached_speed() != speed) ? 1 : 0;
     }
-    int stale() const { return stale_; }
-
-private:
-    void count_stale(bool stale) { stale_ += stale ? 1 : 0; }
 
     std::atomic<int> stale_{0};
 };
@@ -94,7 +90,7 @@ TEST_F(DriverTest, CachedValuesNeverShowTheZeroesOfAReadBack) {
     reader.join();
     EXPECT_FALSE(saw_zero);
     EXPECT_EQ(50.0f, driver_->cached_position());
-    EXPECT_EQ(0, observer.stale());
+    EXPECT_EQ(0, observer.stale_);
     driver_->remove_notify_interface(&observer);
 }
 
