@@ -107,7 +107,6 @@ TEST(GripperCustomProtocolParse, DecodesIntoTheRequestedFieldOrClearsTheType) {
         {1, GP::PT_POSITION, answer("02", "06", "64 00 00 00"), refused},
         {254, GP::PT_POSITION, answer("02", "06", "64 00 00 00"), refused},
         {1, GP::PT_POSITION, position.substr(0, 38), refused},
-        {1, GP::PT_POSITION, "", refused},
     };
     GripperCustomProtocol protocol;
     for (const auto& c : cases) {

@@ -67,9 +67,6 @@ TEST(GripperModbusProtocolCompare, AcceptsEchoesAndValidReadAnswers) {
                                    MiscellaneousUtility::convert_hex_binary(frame(c.answer)),
                   lines.empty() ? "" : lines.back());
     }
-    LogCapture log;
-    EXPECT_FALSE(protocol.compare_package(false, frame(read), frame("01 03 02 01 F4 B8 52")));
-    EXPECT_TRUE(log.contains("tmp_modbus_crc2 != modbus_crc2"));
 }
 
 // An accepted answer fills exactly its field (feedback: 1 moving, 3 arrived, 4 detected,
@@ -100,7 +97,6 @@ TEST(GripperModbusProtocolParse, DecodesIntoTheRequestedFieldOrResets) {
         {1, GP::PT_POSITION, "02 03 02 01 F4 FC 53", refused},
         {1, GP::PT_POSITION, "01 03 04 00 00 58 45", refused},
         {1, GP::PT_POSITION, "01 03 02 01 F4 B8", refused},
-        {1, GP::PT_POSITION, "", refused},
     };
     GripperModbusProtocol protocol;
     for (const auto& c : cases) {
