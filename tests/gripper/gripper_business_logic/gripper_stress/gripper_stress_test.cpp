@@ -103,10 +103,8 @@ protected:
                 return !control->support_speed() || control->set_speed(20 + round % 81);
             default:  // the values a page would show are in range and the gripper usable
                 const float position = control->get_position();
-                const GLC::GripperStatus status = control->get_gripper_status();
                 return position >= 0.0f && position <= 100.0f && control->get_force() <= 100 &&
-                       (GLC::GS_ACTIVATED == status || GLC::GS_MOVING == status ||
-                        GLC::GS_ARRIVED == status) &&
+                       control->takes_commands() &&
                        GripperCommunication::CS_CONNECTED == control->get_communication_status();
         }
     }
