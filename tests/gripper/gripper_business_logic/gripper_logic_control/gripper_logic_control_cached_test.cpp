@@ -7,19 +7,13 @@
 namespace {
 
 // Removes another observer from inside a notification.
-class RemovingObserver : public RecordingObserver {
-public:
-    RemovingObserver(GripperLogicControl* driver, GripperLogicControl::NotifyInterface* other)
-        : driver_(driver), other_(other) {}
+struct RemovingObserver : RecordingObserver {
     void on_gripper_move_status_changed(GripperLogicControl* control,
                                         GripperLogicControl::GripperStatus status) override {
         RecordingObserver::on_gripper_move_status_changed(control, status);
-        driver_->remove_notify_interface(other_);
+        control->remove_notify_interface(other_);
     }
-
-private:
-    GripperLogicControl* driver_;
-    GripperLogicControl::NotifyInterface* other_;
+    GripperLogicControl::NotifyInterface* other_ = nullptr;
 };
 
 // Reads the cached values inside each notification of a real value, as a redraw queued by that
@@ -119,7 +113,8 @@ TEST_F(DriverTest, AddingAnObserverDoesNotWaitForAnExchange) {
 TEST_F(DriverTest, AnObserverRemovedDuringANotificationIsNotCalledAgain) {
     driver_.reset(new GripperUSBSerialportCommunicationControl());
     RecordingObserver removed;
-    RemovingObserver remover(driver_.get(), &removed);
+    RemovingObserver remover;
+    remover.other_ = &removed;
     driver_->add_notify_interface(&remover);
     driver_->add_notify_interface(&removed);
     driver_->set_gripper_status(GLC::GS_TURNING);
