@@ -16,12 +16,6 @@ typedef GripperLinkFailure LF;
 const Bytes kRequest = GripperModbusProtocol().build_position_protocol(1, false, 0);
 const Bytes kAnswer = {0x01, 0x03, 0x02, 0x01, 0xF4, 0xB8, 0x53};
 
-// The serial link with a Modbus protocol already chosen, as after a handshake.
-class SerialLink : public GripperUSBSerialportCommunicationControl {
-public:
-    SerialLink() { gripper_protocol_ = new GripperModbusProtocol(); }
-};
-
 class SerialLinkTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -31,14 +25,10 @@ protected:
 
     bool open_link() { return link_.open({"CO_MANUAL", device_.slave_path()}); }
 
-    Bytes exchange() {
-        return link_.write_read(false, GripperModbusProtocol::READ_LENGTH, kRequest);
-    }
-
     LogCapture log_;
     PtyDevice device_{kRequest};
     RecordingObserver observer_;
-    SerialLink link_;
+    GripperUSBSerialportCommunicationControl link_;
 };
 
 }  // namespace
@@ -79,8 +69,6 @@ TEST_F(SerialLinkTest, RefusedOpensLogWhyKeepTheFailureAndLeaveNoDescriptorBehin
         EXPECT_EQ(refused.code, failure.code);
         EXPECT_EQ(refused.error_number, failure.error_number);
         EXPECT_EQ(refused.line + 2, failure.sentence);
-        EXPECT_FALSE(link_.write(kRequest));
-        EXPECT_LE(1, log_.count("E -1 == private_->fd_"));
     }
     EXPECT_EQ(descriptor, next_descriptor());
     EXPECT_TRUE(observer_.events().empty());
