@@ -11,10 +11,6 @@ typedef std::chrono::steady_clock Clock;
 // motion feedback and the position.
 const long FRAMES_PER_CYCLE = 2;
 
-long long millis_since(Clock::time_point start) {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
-}
-
 }  // namespace
 
 TEST_F(DriverTest, SilentGripperGivesOneReadExceptionAndPollingGoesOn) {
@@ -27,8 +23,6 @@ TEST_F(DriverTest, SilentGripperGivesOneReadExceptionAndPollingGoesOn) {
     // Read exceptions do not stop the loop: the silent gripper keeps being asked.
     ASSERT_TRUE(wait_until([&] { return snapshot(gripper).frames_received >= frames + 10; }));
     EXPECT_EQ(1, observer_.count("CS_READ_EXCEPTION"));
-    EXPECT_TRUE(log_.contains("count > 3"));
-    EXPECT_EQ(GripperLinkFailure::LF_TIMEOUT, driver_->last_failure().code);
 
     // Each failed read-back leaves the gripper taken as not initialised until one succeeds.
     simulator_.set_fault(gripper, gripper_sim::Fault::none);
@@ -60,11 +54,6 @@ TEST_F(DriverTest, StopDuringASilentExchangeEndsTheLoopOnceTheExchangeTimedOut) 
     ASSERT_EQ(std::future_status::ready, stopped.wait_for(std::chrono::seconds(5)));
     EXPECT_EQ(4, log_.count("W (current_time - start_time) > millis"));
     EXPECT_TRUE(log_.contains("count > 3"));
-    const long after_stop = snapshot(gripper).frames_received;
-    log_.clear();
-    driver_->stop_loop_update();
-    EXPECT_TRUE(log_.contains("private_->thread_start_"));
-    EXPECT_EQ(after_stop, snapshot(gripper).frames_received);
 }
 
 // Cycles come every 1000 ms, and every 100 ms while a move is followed once the gripper has been
@@ -83,7 +72,8 @@ TEST_F(DriverTest, UpdatePeriodIsASecondAndATenthWhileAMoveIsFollowed) {
         const long until = snapshot(gripper).frames_received + cycles * FRAMES_PER_CYCLE;
         wait_until([&] { return snapshot(gripper).frames_received >= until; },
                    std::chrono::seconds(30));
-        return millis_since(start) / cycles;
+        return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count() /
+               cycles;
     };
     // Never seen arrived yet: the first move is followed at the idle pace.
     ASSERT_TRUE(driver_->set_position(10.0f));
