@@ -10,11 +10,6 @@ const int OBJECT_AT = 30;
 
 class DropDuringExchangeTest : public DriverTest {
 protected:
-    int add_gripper(bool tcp) {
-        const gripper_sim::GripperOptions options = quick_options(2, 100, 50);
-        return tcp ? simulator_.add_custom_tcp(options) : simulator_.add_custom_pty(options);
-    }
-
     bool grip(int gripper) {
         simulator_.set_object(gripper, OBJECT_AT);
         return driver_->set_position(60.0f) && wait_for_status(GLC::GS_DETECTED);
@@ -57,13 +52,13 @@ protected:
 }  // namespace
 
 TEST_F(DropDuringExchangeTest, TcpGripperDropIsNeverTakenForAnAnswer) {
-    const int gripper = add_gripper(true);
+    const int gripper = simulator_.add_custom_tcp(quick_options(2, 100, 50));
     ASSERT_TRUE(connect_tcp(gripper) && activate() && release());
     drop_in_rounds(gripper, 8);
 }
 
 TEST_F(DropDuringExchangeTest, SerialGripperDropIsNeverTakenForAnAnswer) {
-    const int gripper = add_gripper(false);
+    const int gripper = simulator_.add_custom_pty(quick_options(2, 100, 50));
     ASSERT_TRUE(connect_serial(gripper) && activate() && release());
     drop_in_rounds(gripper, 6);
 }
