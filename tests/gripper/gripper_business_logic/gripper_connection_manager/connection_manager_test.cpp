@@ -105,7 +105,6 @@ TEST_F(ConnectionManagerTest, RefusedCreatesAndDestroysTellOnlyTheManagersObserv
                          "W iter = CO_MANUAL", "W iter = /dev/ttyUSB0"}),
                   log_.lines());
     }
-    EXPECT_EQ(0u, recorder_.size());
     RecordingObserver other(false);
     manager_.add_notify_interface(&recorder_);
     manager_.add_notify_interface(&other);
@@ -121,25 +120,16 @@ TEST_F(ConnectionManagerTest, RefusedCreatesAndDestroysTellOnlyTheManagersObserv
     EXPECT_EQ(2u, recorder_.size());
 }
 
-// The caller gets the link's last failure as a value; everyone hears of the failure in order.
+// A silent gripper over either link: the caller gets the link's last failure as a value, and
+// everyone hears of the failure in order.
 TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrder) {
-    const Names silent = {"create", "CS_READ_EXCEPTION", "CS_CONNECT_FAILURE", "CS_DISCONNECTED",
-                          "destroy"};
-    const Names missing = {"create", "CS_CONNECT_FAILURE", "CS_DISCONNECTED", "destroy"};
     const struct {
         Link link;
-        Names events;
-        GripperLinkFailure::Code code;
         const char* sentence;
     } failing[] = {
-        {gripper("modbus pty", gripper_sim::Fault::silent), silent, GripperLinkFailure::LF_TIMEOUT,
-         "count > 3"},
-        {gripper("custom tcp", gripper_sim::Fault::silent), silent, GripperLinkFailure::LF_TIMEOUT,
+        {gripper("modbus pty", gripper_sim::Fault::silent), "count > 3"},
+        {gripper("custom tcp", gripper_sim::Fault::silent),
          "!waitForLengthAvailable(readLength, getDefaultWaitForLengthAvailableInterval())"},
-        {{"missing port", GC::CC_USB_SERIALPORT, {"CO_MANUAL", "/dev/no_such_port"}},
-         missing,
-         GripperLinkFailure::LF_NO_DEVICE,
-         "-1 == access(path.c_str(), F_OK)"},
     };
     for (const auto& attempt : failing) {
         SCOPED_TRACE(attempt.link.name);
@@ -148,15 +138,16 @@ TEST_F(ConnectionManagerTest, FailedConnectionIsUndoneAndEveryoneHearsOfItInOrde
         GripperLinkFailure failure;
         EXPECT_EQ(nullptr, manager_.create(&recorder_, attempt.link.connection,
                                            attempt.link.parameters, &failure));
-        EXPECT_EQ(attempt.events, recorder_.events(first));
-        EXPECT_EQ(attempt.code, failure.code);
+        EXPECT_EQ((Names{"create", "CS_READ_EXCEPTION", "CS_CONNECT_FAILURE", "CS_DISCONNECTED",
+                         "destroy"}),
+                  recorder_.events(first));
+        EXPECT_EQ(GripperLinkFailure::LF_TIMEOUT, failure.code);
         EXPECT_EQ(attempt.sentence, failure.sentence);
         const std::vector<RecordingObserver::Event> events = recorder_.entries();
         for (size_t index = first; index < events.size(); ++index) {
             EXPECT_EQ(events[first].control, events[index].control) << events[index].name;
         }
         EXPECT_TRUE(log_.contains("!ret"));
-        EXPECT_TRUE(log_.contains("private_->thread_start_"));
     }
 }
 
