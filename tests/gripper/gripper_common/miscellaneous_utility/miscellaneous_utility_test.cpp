@@ -25,7 +25,7 @@ void check(bool (*is_valid)(const std::string&),
     }
 }
 
-TEST(MiscellaneousUtilityTest, ChecksIpAddresses) {
+TEST(MiscellaneousUtilityTest, ChecksIpAddressesAndPorts) {
     check(MU::is_valid_ip, {{"0.0.0.0", {}},
                             {"255.255.255.255", {}},
                             {"4294967296.1.1.1", {"W a < 0 || a > 255"}},
@@ -35,9 +35,6 @@ TEST(MiscellaneousUtilityTest, ChecksIpAddresses) {
                             {"1.1.-1.1", {"W c < 0 || c > 255"}},
                             {"1.1.1.300", {"W d < 0 || d > 255"}},
                             {"", {kIpScan, "W ip = "}}});
-}
-
-TEST(MiscellaneousUtilityTest, ChecksPorts) {
     check(MU::is_valid_port, {{"1024", {}},
                               {"65535", {}},
                               {"8080x", {}},
