@@ -11,7 +11,8 @@
 namespace {
 
 // The requests a driver test's simulated gripper checks on every connection and move (id,
-// version, activation, motion feedback, force and speed) are not repeated here.
+// version, activation, motion feedback, force and speed) are not repeated here, nor those only a
+// frame-protocol gripper takes.
 Builds builds(GripperProtocol& p) {
     return {
         {p.build_model_protocol(1), "01 03 0A 00 00 01 87 D2"},
@@ -24,10 +25,6 @@ Builds builds(GripperProtocol& p) {
         {p.build_force_protocol(1, false, 50), "01 03 01 01 00 01 D4 36"},
         {p.build_speed_protocol(1, false, 80), "01 03 01 04 00 01 C4 37"},
         {p.build_maximum_current_protocol(1, 300), "01 03 03 06 01 2C A5 C2"},
-        {p.build_turn_feedback_protocol(1), ""},
-        {p.build_slow_protocol(1, true, GP::SM_SLOW), ""},
-        {p.build_closing_force_protocol(1, true, 5), ""},
-        {p.build_angle_protocol(1, true, 90), ""},
     };
 }
 
