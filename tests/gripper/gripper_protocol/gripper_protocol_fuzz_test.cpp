@@ -106,9 +106,8 @@ TEST(GripperProtocolFuzz, CustomSurvivesRandomAnswers) {
             answer[4] = random.chance(80) ? id : random.byte();
             answer[5] = random.chance(80) ? registers[random.below(9)] : random.byte();
             answer[9] = random.small_or_any();
-            for (int i = 10; i < 13; ++i) {
-                answer[i] = random.chance(70) ? 0 : random.byte();
-            }
+            std::generate(answer.begin() + 10, answer.begin() + 13,
+                          [&] { return random.chance(70) ? 0 : random.byte(); });
         }
     };
     fuzz(protocol, 14, 4, shape, [](uint8_t id) { return record(GP::PT_UNDEFINE, id); },
