@@ -7,19 +7,13 @@
 namespace {
 
 // Removes another observer from inside a notification.
-class RemovingObserver : public RecordingObserver {
-public:
-    RemovingObserver(GripperLogicControl* driver, GripperLogicControl::NotifyInterface* other)
-        : driver_(driver), other_(other) {}
+struct RemovingObserver : RecordingObserver {
     void on_gripper_move_status_changed(GripperLogicControl* control,
                                         GripperLogicControl::GripperStatus status) override {
         RecordingObserver::on_gripper_move_status_changed(control, status);
-        driver_->remove_notify_interface(other_);
+        control->remove_notify_interface(other_);
     }
-
-private:
-    GripperLogicControl* driver_;
-    GripperLogicControl::NotifyInterface* other_;
+    GripperLogicControl::NotifyInterface* other_ = nullptr;
 };
 
 // Reads the cached values inside each notification of a real value, as a redraw queued by that
@@ -28,20 +22,16 @@ class StaleReadObserver : public RecordingObserver {
 public:
     void on_position_changed(GripperLogicControl* control, float position) override {
         RecordingObserver::on_position_changed(control, position);
-        count_stale(0.0f != position && control->cached_position() != position);
+        stale_ += (0.0f != position && control->cached_position() != position) ? 1 : 0;
     }
     void on_force_changed(GripperLogicControl* control, int force) override {
         RecordingObserver::on_force_changed(control, force);
-        count_stale(0 != force && control->cached_force() != force);
+        stale_ += (0 != force && control->cached_force() != force) ? 1 : 0;
     }
     void on_speed_changed(GripperLogicControl* control, int speed) override {
         RecordingObserver::on_speed_changed(control, speed);
-        count_stale(0 != speed && control->cached_speed() != speed);
+        stale_ += (0 != speed && control->cached_speed() != speed) ? 1 : 0;
     }
-    int stale() const { return stale_; }
-
-private:
-    void count_stale(bool stale) { stale_ += stale ? 1 : 0; }
 
     std::atomic<int> stale_{0};
 };
@@ -94,7 +84,7 @@ TEST_F(DriverTest, CachedValuesNeverShowTheZeroesOfAReadBack) {
     reader.join();
     EXPECT_FALSE(saw_zero);
     EXPECT_EQ(50.0f, driver_->cached_position());
-    EXPECT_EQ(0, observer.stale());
+    EXPECT_EQ(0, observer.stale_);
     driver_->remove_notify_interface(&observer);
 }
 
@@ -123,7 +113,8 @@ TEST_F(DriverTest, AddingAnObserverDoesNotWaitForAnExchange) {
 TEST_F(DriverTest, AnObserverRemovedDuringANotificationIsNotCalledAgain) {
     driver_.reset(new GripperUSBSerialportCommunicationControl());
     RecordingObserver removed;
-    RemovingObserver remover(driver_.get(), &removed);
+    RemovingObserver remover;
+    remover.other_ = &removed;
     driver_->add_notify_interface(&remover);
     driver_->add_notify_interface(&removed);
     driver_->set_gripper_status(GLC::GS_TURNING);

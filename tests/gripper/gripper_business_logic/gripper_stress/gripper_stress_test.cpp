@@ -92,18 +92,6 @@ protected:
         return destroyed;
     }
 
-    // True when every slot's driver reaches status within the deadline.
-    bool all_reach(GLC::GripperStatus status) {
-        const int slots[] = {0, 1, 2, 3};
-        return wait_until(
-            [&] {
-                return std::all_of(slots, slots + GRIPPER_COUNT, [&](int i) {
-                    return status == driver(i)->get_gripper_status();
-                });
-            },
-            DEADLINE);
-    }
-
     // One command or one round of reads, chosen by the round number; true when it succeeded.
     static bool command(GLC* control, int round) {
         switch (round % 4) {
@@ -115,10 +103,8 @@ protected:
                 return !control->support_speed() || control->set_speed(20 + round % 81);
             default:  // the values a page would show are in range and the gripper usable
                 const float position = control->get_position();
-                const GLC::GripperStatus status = control->get_gripper_status();
                 return position >= 0.0f && position <= 100.0f && control->get_force() <= 100 &&
-                       (GLC::GS_ACTIVATED == status || GLC::GS_MOVING == status ||
-                        GLC::GS_ARRIVED == status) &&
+                       control->takes_commands() &&
                        GripperCommunication::CS_CONNECTED == control->get_communication_status();
         }
     }
@@ -136,9 +122,11 @@ protected:
 
 TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconnects) {
     for (int index = 0; index < GRIPPER_COUNT; ++index) {
-        ASSERT_TRUE(connect(index) && driver(index)->set_activate()) << "slot " << index;
+        ASSERT_TRUE(connect(index) && driver(index)->set_activate() && wait_until([&] {
+                        return GLC::GS_ACTIVATED == driver(index)->get_gripper_status();
+                    }))
+            << "slot " << index;
     }
-    ASSERT_TRUE(all_reach(GLC::GS_ACTIVATED));
     std::vector<std::thread> threads;
     for (int worker = 0; worker < WORKER_COUNT; ++worker) {
         threads.emplace_back([this, worker] {
@@ -178,8 +166,9 @@ TEST_F(GripperStressTest, FourGrippersCommandedFromSeveralThreadsWhileOneReconne
         const int connections = (CYCLING == index) ? RECONNECT_CYCLES + 1 : 1;
         EXPECT_EQ(connections, observers_[index].count("CS_CONNECTED")) << "slot " << index;
         EXPECT_EQ(connections - 1, observers_[index].count("CS_DISCONNECTED")) << "slot " << index;
-        EXPECT_FALSE(observers_[index].seen("CS_READ_EXCEPTION")) << "slot " << index;
-        EXPECT_FALSE(observers_[index].seen("CS_WRITE_EXCEPTION")) << "slot " << index;
+        EXPECT_FALSE(observers_[index].seen("CS_READ_EXCEPTION") ||
+                     observers_[index].seen("CS_WRITE_EXCEPTION"))
+            << "slot " << index;
         EXPECT_TRUE(disconnect(index)) << "slot " << index;
     }
     EXPECT_EQ(GRIPPER_COUNT + RECONNECT_CYCLES, manager_events_.count("create"));
@@ -212,10 +201,9 @@ TEST_F(GripperStressTest, CommandsRacingTheDestroyOfTheirDriverAreOrderedWithIt)
         stop = true;
         commander.join();
         EXPECT_TRUE(GLC::GS_UNDEFINE == control->get_gripper_status() &&
-                    GripperCommunication::CS_DISCONNECTED == control->get_communication_status())
-            << "round " << round;
-        EXPECT_FALSE(control->set_position(50.0f) || control->set_force(50) ||
-                     control->set_activate())
+                    GripperCommunication::CS_DISCONNECTED == control->get_communication_status() &&
+                    !control->set_position(50.0f) && !control->set_force(50) &&
+                    !control->set_activate())
             << "round " << round;
         slots_[CYCLING]->gripper_abstract_control_ = nullptr;
         delete control;

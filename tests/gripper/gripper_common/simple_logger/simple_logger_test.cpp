@@ -8,20 +8,14 @@
 
 namespace {
 
-// Every call a back end got, as "<back end> <level> <file>:<line> <text>".
+// Every call the back end got, as "<level> <file>:<line> <text>".
 std::vector<std::string> g_calls;
-
-void record(const char* back_end, const char* level, const char* file, unsigned int line,
-            const char* format, va_list args) {
-    char text[256];
-    vsnprintf(text, sizeof(text), format, args);
-    g_calls.push_back(std::string(back_end) + " " + level + " " + file + ":" +
-                      std::to_string(line) + " " + text);
-}
 
 void back_end(const char* level, const char* file, unsigned int line, const char* format,
               va_list args) {
-    record("registered", level, file, line, format, args);
+    char text[256];
+    vsnprintf(text, sizeof(text), format, args);
+    g_calls.push_back(std::string(level) + " " + file + ":" + std::to_string(line) + " " + text);
 }
 
 // Nothing reaches a back end before one is registered or after null is; each call goes to the one
@@ -36,9 +30,9 @@ TEST(SimpleLoggerTest, HandsEachCallToTheRegisteredBackEnd) {
     register_simple_logger(nullptr);
     simple_logger("D", "d.cpp", 9, "dropped %d", 2);
 
-    EXPECT_EQ((std::vector<std::string>{"registered W a/b.cpp:17 speed = -3, 2.5",
-                                        "registered E " + std::string(__FILE__) + ":" +
-                                            std::to_string(line) + " !private_->sync_id()"}),
+    EXPECT_EQ((std::vector<std::string>{"W a/b.cpp:17 speed = -3, 2.5",
+                                        "E " + std::string(__FILE__) + ":" + std::to_string(line) +
+                                            " !private_->sync_id()"}),
               g_calls);
 }
 
