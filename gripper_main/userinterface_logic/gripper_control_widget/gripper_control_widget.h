@@ -45,6 +45,8 @@ public slots:
     void on_push_button_position_increase__pressed();
     void on_push_button_position_decrease__released();
     void on_push_button_position_increase__released();
+    // The step buttons act on press and release; their clicked slots, like the force field's
+    // cursor slot below, belong to the page's interface and do nothing.
     void on_push_button_position_decrease__clicked() {}
     void on_push_button_position_increase__clicked() {}
 
